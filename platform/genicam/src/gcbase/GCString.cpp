@@ -1,0 +1,13 @@
+#include <GCBase/GCString.h>
+
+#include <ostream>
+
+namespace GenICam
+{
+
+std::ostream& operator<<(std::ostream& stream, const gcstring& text)
+{
+    return stream << text.str();
+}
+
+} // namespace GenICam
