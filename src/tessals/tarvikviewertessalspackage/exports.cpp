@@ -1,0 +1,41 @@
+// The exported factories. They hold no state and catch nothing: a failing node
+// constructor's exception reaches the caller, and the partly built node is gone.
+#include "exports.h"
+
+#include "gate.h"
+
+#include <cstdlib>
+
+using namespace TarvikViewerTessalPackage;
+
+extern "C"
+{
+
+    TESSAL_EXPORT int get_InterfaceVersion()
+    {
+        return 2;
+    }
+
+    TESSAL_EXPORT char* create_DynamicInfo()
+    {
+        return nullptr;
+    }
+
+    TESSAL_EXPORT void destroy_Info(char** info)
+    {
+        if (!info)
+            return;
+        std::free(*info);
+        *info = nullptr;
+    }
+
+    TESSAL_EXPORT TessalNode* create_Gate(const TessalResourcePool& resourcePool)
+    {
+        return new Gate(resourcePool);
+    }
+
+    TESSAL_EXPORT void destroy_Gate(TessalNode* node)
+    {
+        delete node;
+    }
+}
