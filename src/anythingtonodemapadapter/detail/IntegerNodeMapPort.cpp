@@ -1,0 +1,105 @@
+#include "IntegerNodeMapPort.h"
+
+#include "RegisterDescriptionText.h"
+#include "RegisterWords.h"
+
+namespace AnythingToNodeMapAdapter::Detail
+{
+namespace
+{
+
+namespace Text = RegisterDescriptionText;
+using Spec = Text::RegisterSpec;
+
+// Max stands before Min here, though pMin stands before pMax in the feature.
+constexpr Spec registers[] = {
+    {"IntReg", "Value", CIntegerNodeMapPort::valueOffset, Spec::Presence::always, Spec::Access::ofValue, true,
+     Spec::Sign::ofPort},
+    {"IntReg", "Max", CIntegerNodeMapPort::maxOffset, Spec::Presence::always, Spec::Access::readOnly, false,
+     Spec::Sign::ofPort},
+    {"IntReg", "Min", CIntegerNodeMapPort::minOffset, Spec::Presence::always, Spec::Access::readOnly, false,
+     Spec::Sign::ofPort},
+    {"IntReg", "Inc", CIntegerNodeMapPort::incOffset, Spec::Presence::always, Spec::Access::readOnly, false,
+     Spec::Sign::ofPort},
+    {"IntReg", "IsAvailable", CIntegerNodeMapPort::isAvailableOffset, Spec::Presence::ifAvailableDynamic,
+     Spec::Access::readOnly, false, Spec::Sign::ofPort},
+    {"IntReg", "IsLocked", CIntegerNodeMapPort::isLockedOffset, Spec::Presence::ifWritableDynamic,
+     Spec::Access::readOnly, false, Spec::Sign::ofPort},
+};
+
+} // namespace
+
+void CIntegerNodeMapPort::readRegister(void* buffer, int64_t address, int64_t length)
+{
+    const auto& port = parameterPort();
+    if (!port || length != registerWordLength)
+    {
+        zeroFill(buffer, length);
+        return;
+    }
+    switch (address)
+    {
+    case valueOffset:
+        storeRegisterWord(buffer, port->getValue());
+        break;
+    case maxOffset:
+        storeRegisterWord(buffer, port->getMax());
+        break;
+    case minOffset:
+        storeRegisterWord(buffer, port->getMin());
+        break;
+    case incOffset:
+        storeRegisterWord(buffer, port->getInc());
+        break;
+    case isAvailableOffset:
+        storeRegisterWord(buffer, flagWord(port->isAvailable()));
+        break;
+    case isLockedOffset:
+        storeRegisterWord(buffer, flagWord(!port->isWritable()));
+        break;
+    default:
+        break;
+    }
+}
+
+void CIntegerNodeMapPort::writeRegister(const void* buffer, int64_t address, int64_t length)
+{
+    const auto& port = parameterPort();
+    if (port && address == valueOffset && length == registerWordLength)
+    {
+        port->setValue(loadRegisterWord<int64_t>(buffer), true);
+    }
+}
+
+void CIntegerNodeMapPort::writeXml(std::ostream& stream, bool ownPort, const GenICam::gcstring& portName,
+                                   const GenICam::gcstring& prefix, int64_t& address)
+{
+    const auto& port = parameterPort();
+    if (!port)
+    {
+        return;
+    }
+    const GenICam::gcstring reg = prefix + port->getName();
+    Text::writeFeatureHead(
+        stream, *port,
+        {"Integer", getMergePriority(), reg, getRelation("IsAvailable"), getRelation("IsLocked")});
+    stream << "        <pMin>" << reg << "Min</pMin>\n"
+           << "        <pMax>" << reg << "Max</pMax>\n"
+           << "        <pInc>" << reg << "Inc</pInc>\n";
+    if (*port->getUnit())
+    {
+        stream << "        <Unit>" << port->getUnit() << "</Unit>\n";
+    }
+    stream << "        <Representation>" << port->getRepresentation() << "</Representation>\n";
+    Text::writeValueLines(stream, "pSelected", getRelation("Selected"));
+    stream << "    </Integer>\n";
+    Text::writeRegisters(stream, *port, registers,
+                         {reg, portName, address, port->isSigned(), getRelation("Invalidator")});
+    if (ownPort)
+    {
+        Text::writeOwnPort(stream, portName, port->getName());
+    }
+    address += blockLength;
+}
+
+} // namespace AnythingToNodeMapAdapter::Detail
