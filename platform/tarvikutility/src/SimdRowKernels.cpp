@@ -1,0 +1,302 @@
+#include "SimdRowKernels.h"
+
+// Highway compiles this file once per instruction set and dispatches at run time.
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "SimdRowKernels.cpp"
+#include <hwy/foreach_target.h> // IWYU pragma: keep
+#include <hwy/highway.h>
+
+#include "BayerDemosaic.h"
+#include "RowUnpacker.h"
+#include "SampleMath.h"
+
+#include <algorithm>
+
+HWY_BEFORE_NAMESPACE();
+namespace Tarvik::Conversion::HWY_NAMESPACE
+{
+namespace hn = hwy::HWY_NAMESPACE;
+
+inline void StoreBgra(uint8_t* target, uint32_t x, uint32_t red, uint32_t green, uint32_t blue)
+{
+    target[4 * size_t{x}] = static_cast<uint8_t>(blue);
+    target[4 * size_t{x} + 1] = static_cast<uint8_t>(green);
+    target[4 * size_t{x} + 2] = static_cast<uint8_t>(red);
+    target[4 * size_t{x} + 3] = 255;
+}
+
+void Mono8RowToBgra8Impl(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RESTRICT target, uint32_t width)
+{
+    const hn::ScalableTag<uint8_t> d;
+    const size_t lanes = hn::Lanes(d);
+    const auto alpha = hn::Set(d, 255);
+    size_t x = 0;
+    for (; x + lanes <= width; x += lanes)
+    {
+        const auto grey = hn::LoadU(d, source + x);
+        hn::StoreInterleaved4(grey, grey, grey, alpha, d, target + 4 * x);
+    }
+    for (; x < width; ++x)
+    {
+        StoreBgra(target, static_cast<uint32_t>(x), source[x], source[x], source[x]);
+    }
+}
+
+// The vector part of a row; gives the first column it left to the scalar tail.
+#if HWY_TARGET != HWY_SCALAR
+size_t Mono16RowToMono8Vectors(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RESTRICT target,
+                               uint32_t width, uint32_t depth)
+{
+    const hn::ScalableTag<uint16_t> d16;
+    const hn::Repartition<uint8_t, decltype(d16)> dBytes;
+    const hn::Rebind<int16_t, decltype(d16)> di16;
+    const hn::Rebind<uint8_t, decltype(d16)> d8;
+    const size_t lanes = hn::Lanes(d16);
+    const auto maximum = hn::Set(d16, static_cast<uint16_t>((1u << depth) - 1));
+    const int shift = static_cast<int>(depth - 8);
+    size_t x = 0;
+    for (; x + lanes <= width; x += lanes)
+    {
+        // Loaded as bytes: rows of odd padding leave the words unaligned.
+        const auto words = hn::BitCast(d16, hn::LoadU(dBytes, source + 2 * x));
+        const auto top = hn::ShiftRightSame(hn::Min(words, maximum), shift);
+        hn::StoreU(hn::DemoteTo(d8, hn::BitCast(di16, top)), d8, target + x);
+    }
+    return x;
+}
+#else
+// A single lane cannot be split into bytes: the scalar tail does the whole row.
+size_t Mono16RowToMono8Vectors(const uint8_t*, uint8_t*, uint32_t, uint32_t)
+{
+    return 0;
+}
+#endif
+
+void Mono16RowToMono8Impl(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RESTRICT target, uint32_t width,
+                          uint32_t depth)
+{
+    const auto maximum = static_cast<uint16_t>((1u << depth) - 1);
+    const uint32_t shift = depth - 8;
+    for (size_t x = Mono16RowToMono8Vectors(source, target, width, depth); x < width; ++x)
+    {
+        const auto word = static_cast<uint16_t>(source[2 * x] | (source[2 * x + 1] << 8));
+        target[x] = static_cast<uint8_t>(std::min(word, maximum) >> shift);
+    }
+}
+
+void Rgb8RowToBgra8Impl(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RESTRICT target, uint32_t width,
+                        bool blueFirst)
+{
+    const hn::ScalableTag<uint8_t> d;
+    const size_t lanes = hn::Lanes(d);
+    const auto alpha = hn::Set(d, 255);
+    size_t x = 0;
+    for (; x + lanes <= width; x += lanes)
+    {
+        hn::Vec<decltype(d)> first, second, third;
+        hn::LoadInterleaved3(d, source + 3 * x, first, second, third);
+        if (blueFirst)
+        {
+            hn::StoreInterleaved4(first, second, third, alpha, d, target + 4 * x);
+        }
+        else
+        {
+            hn::StoreInterleaved4(third, second, first, alpha, d, target + 4 * x);
+        }
+    }
+    for (; x < width; ++x)
+    {
+        const uint8_t* pixel = source + 3 * x;
+        StoreBgra(target, static_cast<uint32_t>(x), blueFirst ? pixel[2] : pixel[0], pixel[1],
+                  blueFirst ? pixel[0] : pixel[2]);
+    }
+}
+
+void Rgba8RowToBgra8Impl(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RESTRICT target, uint32_t width,
+                         bool blueFirst)
+{
+    const hn::ScalableTag<uint8_t> d;
+    const size_t lanes = hn::Lanes(d);
+    const auto alpha = hn::Set(d, 255);
+    size_t x = 0;
+    for (; x + lanes <= width; x += lanes)
+    {
+        hn::Vec<decltype(d)> first, second, third, ignored;
+        hn::LoadInterleaved4(d, source + 4 * x, first, second, third, ignored);
+        if (blueFirst)
+        {
+            hn::StoreInterleaved4(first, second, third, alpha, d, target + 4 * x);
+        }
+        else
+        {
+            hn::StoreInterleaved4(third, second, first, alpha, d, target + 4 * x);
+        }
+    }
+    for (; x < width; ++x)
+    {
+        const uint8_t* pixel = source + 4 * x;
+        StoreBgra(target, static_cast<uint32_t>(x), blueFirst ? pixel[2] : pixel[0], pixel[1],
+                  blueFirst ? pixel[0] : pixel[2]);
+    }
+}
+
+#if HWY_TARGET != HWY_SCALAR
+size_t Yuv422RowToBgra8Vectors(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RESTRICT target,
+                               uint32_t width, bool uyvy)
+{
+    const hn::ScalableTag<uint16_t> d16;
+    const hn::Repartition<uint8_t, decltype(d16)> dBytes;
+    const hn::Repartition<uint32_t, decltype(d16)> d32;
+    const hn::Rebind<int16_t, decltype(d16)> di16;
+    const hn::Rebind<uint8_t, decltype(d16)> d8;
+    const size_t lanes = hn::Lanes(d16);
+    const auto byteMask16 = hn::Set(d16, 0xFF);
+    const auto byteMask32 = hn::Set(d32, 0xFF);
+    const auto half = hn::Set(di16, 128);
+    const auto alpha = hn::Set(d8, 255);
+    size_t x = 0;
+    // One 16-bit lane per pixel: its Y and one chroma byte; a 32-bit lane per pixel pair.
+    for (; x + lanes <= width; x += lanes)
+    {
+        const auto words = hn::BitCast(d16, hn::LoadU(dBytes, source + 2 * x));
+        const auto pairs = hn::BitCast(d32, words);
+        const auto luma = hn::BitCast(di16, uyvy ? hn::ShiftRight<8>(words) : hn::And(words, byteMask16));
+        const auto u32 = uyvy ? hn::And(pairs, byteMask32) : hn::And(hn::ShiftRight<8>(pairs), byteMask32);
+        const auto v32 = uyvy ? hn::And(hn::ShiftRight<16>(pairs), byteMask32) : hn::ShiftRight<24>(pairs);
+        const auto u = hn::BitCast(di16, hn::Or(u32, hn::ShiftLeft<16>(u32)));
+        const auto v = hn::BitCast(di16, hn::Or(v32, hn::ShiftLeft<16>(v32)));
+        const auto dU = hn::Sub(u, half);
+        const auto eV = hn::Sub(v, half);
+        const auto redOffset = hn::Add(eV, hn::ShiftRight<8>(hn::Add(hn::Mul(eV, hn::Set(di16, 103)), half)));
+        const auto greenOffset =
+            hn::Sub(hn::ShiftRight<8>(hn::Add(
+                        hn::Sub(hn::Mul(eV, hn::Set(di16, 73)), hn::Mul(dU, hn::Set(di16, 88))), half)),
+                    eV);
+        const auto blueOffset =
+            hn::Add(dU, hn::ShiftRight<8>(hn::Add(hn::Mul(dU, hn::Set(di16, 198)), half)));
+        hn::StoreInterleaved4(hn::DemoteTo(d8, hn::Add(luma, blueOffset)),
+                              hn::DemoteTo(d8, hn::Add(luma, greenOffset)),
+                              hn::DemoteTo(d8, hn::Add(luma, redOffset)), alpha, d8, target + 4 * x);
+    }
+    return x;
+}
+#else
+// A single lane cannot hold a pixel pair: the scalar tail does the whole row.
+size_t Yuv422RowToBgra8Vectors(const uint8_t*, uint8_t*, uint32_t, bool)
+{
+    return 0;
+}
+#endif
+
+void Yuv422RowToBgra8Impl(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RESTRICT target, uint32_t width,
+                          bool uyvy)
+{
+    const YuvLayout layout = uyvy ? YuvLayout::Uyvy422 : YuvLayout::Yuyv422;
+    for (size_t x = Yuv422RowToBgra8Vectors(source, target, width, uyvy); x < width; ++x)
+    {
+        const YuvSample sample = YuvSampleAt(source, width, layout, static_cast<uint32_t>(x));
+        const Rgb8 rgb = YuvToRgb(sample.y, sample.u, sample.v);
+        StoreBgra(target, static_cast<uint32_t>(x), rgb.red, rgb.green, rgb.blue);
+    }
+}
+
+void Bayer8RowToBgra8Impl(const uint8_t* HWY_RESTRICT above, const uint8_t* HWY_RESTRICT row,
+                          const uint8_t* HWY_RESTRICT below, uint8_t* HWY_RESTRICT target, uint32_t width,
+                          BayerRowKind kind)
+{
+    const hn::ScalableTag<int16_t> di16;
+    const hn::Rebind<uint8_t, decltype(di16)> d8;
+    const size_t lanes = hn::Lanes(di16);
+    const auto load = [&](const uint8_t* at) { return hn::PromoteTo(di16, hn::LoadU(d8, at)); };
+    const auto one = hn::Set(di16, 1);
+    const auto two = hn::Set(di16, 2);
+    const auto alpha = hn::Set(d8, 255);
+    // Vectors start on even columns, so lane parity is column parity.
+    const auto colourSite =
+        hn::Eq(hn::And(hn::Iota(di16, 0), one), hn::Set(di16, static_cast<int16_t>(kind.colourParity)));
+
+    const auto scalarPixels = [&](uint32_t from, uint32_t to)
+    {
+        for (uint32_t x = from; x < to; ++x)
+        {
+            const Rgb16 pixel = DemosaicPixel(above, row, below, width, x, kind);
+            StoreBgra(target, x, pixel.red, pixel.green, pixel.blue);
+        }
+    };
+
+    // Column 0 mirrors its left neighbour; column 1 keeps the vectors on even columns.
+    scalarPixels(0, std::min<uint32_t>(2, width));
+    size_t x = 2;
+    for (; x + lanes + 1 <= width; x += lanes)
+    {
+        const auto centre = load(row + x);
+        const auto west = load(row + x - 1);
+        const auto east = load(row + x + 1);
+        const auto north = load(above + x);
+        const auto south = load(below + x);
+        const auto horizontal = hn::Add(west, east);
+        const auto vertical = hn::Add(north, south);
+        const auto diagonal = hn::Add(hn::Add(load(above + x - 1), load(above + x + 1)),
+                                      hn::Add(load(below + x - 1), load(below + x + 1)));
+        const auto meanHorizontal = hn::ShiftRight<1>(hn::Add(horizontal, one));
+        const auto meanVertical = hn::ShiftRight<1>(hn::Add(vertical, one));
+        const auto meanCross = hn::ShiftRight<2>(hn::Add(hn::Add(horizontal, vertical), two));
+        const auto meanDiagonal = hn::ShiftRight<2>(hn::Add(diagonal, two));
+
+        const auto own = hn::IfThenElse(colourSite, centre, meanHorizontal);
+        const auto green = hn::IfThenElse(colourSite, meanCross, centre);
+        const auto other = hn::IfThenElse(colourSite, meanDiagonal, meanVertical);
+        const auto red = hn::DemoteTo(d8, kind.redRow ? own : other);
+        const auto blue = hn::DemoteTo(d8, kind.redRow ? other : own);
+        hn::StoreInterleaved4(blue, hn::DemoteTo(d8, green), red, alpha, d8, target + 4 * x);
+    }
+    scalarPixels(static_cast<uint32_t>(std::max<size_t>(x, 2)), width);
+}
+
+} // namespace Tarvik::Conversion::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace Tarvik::Conversion
+{
+
+HWY_EXPORT(Mono8RowToBgra8Impl);
+HWY_EXPORT(Mono16RowToMono8Impl);
+HWY_EXPORT(Rgb8RowToBgra8Impl);
+HWY_EXPORT(Rgba8RowToBgra8Impl);
+HWY_EXPORT(Yuv422RowToBgra8Impl);
+HWY_EXPORT(Bayer8RowToBgra8Impl);
+
+void Mono8RowToBgra8(const uint8_t* source, uint8_t* target, uint32_t width)
+{
+    HWY_DYNAMIC_DISPATCH(Mono8RowToBgra8Impl)(source, target, width);
+}
+
+void Mono16RowToMono8(const uint8_t* source, uint8_t* target, uint32_t width, uint32_t depth)
+{
+    HWY_DYNAMIC_DISPATCH(Mono16RowToMono8Impl)(source, target, width, depth);
+}
+
+void Rgb8RowToBgra8(const uint8_t* source, uint8_t* target, uint32_t width, bool blueFirst)
+{
+    HWY_DYNAMIC_DISPATCH(Rgb8RowToBgra8Impl)(source, target, width, blueFirst);
+}
+
+void Rgba8RowToBgra8(const uint8_t* source, uint8_t* target, uint32_t width, bool blueFirst)
+{
+    HWY_DYNAMIC_DISPATCH(Rgba8RowToBgra8Impl)(source, target, width, blueFirst);
+}
+
+void Yuv422RowToBgra8(const uint8_t* source, uint8_t* target, uint32_t width, bool uyvy)
+{
+    HWY_DYNAMIC_DISPATCH(Yuv422RowToBgra8Impl)(source, target, width, uyvy);
+}
+
+void Bayer8RowToBgra8(const uint8_t* above, const uint8_t* row, const uint8_t* below, uint8_t* target,
+                      uint32_t width, BayerRowKind kind)
+{
+    HWY_DYNAMIC_DISPATCH(Bayer8RowToBgra8Impl)(above, row, below, target, width, kind);
+}
+
+} // namespace Tarvik::Conversion
+#endif
