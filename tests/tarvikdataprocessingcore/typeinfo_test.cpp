@@ -1,0 +1,178 @@
+#include "log_capture.h"
+
+#include <TarvikDataProcessingCore/core/AdvancedNode.h>
+#include <TarvikDataProcessingCore/core/ScalarValues.h>
+#include <TarvikViewerDataTypes2/NoValue.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <string>
+
+using namespace Tarvik::DataProcessing;
+using Utils::TypeInfo;
+
+// Declarations are enough to name a type: the identifier comes from the name alone.
+namespace TarvikViewerTessalPackage
+{
+class Gate;
+}
+namespace Tarvik::DataProcessing::Core
+{
+class IImage;
+template <typename T, typename U>
+class Array;
+} // namespace Tarvik::DataProcessing::Core
+
+namespace
+{
+
+template <typename T>
+std::string identifierOf()
+{
+    int size = 0;
+    TypeInfo::getTypeIdentifier<T>(nullptr, &size);
+    std::string text(static_cast<size_t>(size), '?');
+    TypeInfo::getTypeIdentifier<T>(text.data(), &size);
+    EXPECT_EQ(text.back(), '\0');
+    text.pop_back();
+    return text;
+}
+
+} // namespace
+
+TEST(TypeIdentifier, SpellsTypesAsTheFrameworkDoes)
+{
+    EXPECT_EQ(identifierOf<NoValue>(), "class NoValue");
+    EXPECT_EQ(identifierOf<TarvikViewerTessalPackage::Gate>(), "class TarvikViewerTessalPackage::Gate");
+    EXPECT_EQ(identifierOf<Core::IValue>(), "class Tarvik::DataProcessing::Core::IValue");
+    EXPECT_EQ(identifierOf<Utils::COWPtr<Core::IImage>>(),
+              "class Tarvik::DataProcessing::Utils::COWPtr<class Tarvik::DataProcessing::Core::IImage>");
+    using IntegerArrayPointer = Utils::COWPtr<Core::Array<Core::IInteger, void>>;
+    EXPECT_EQ(identifierOf<IntegerArrayPointer>(),
+              "class Tarvik::DataProcessing::Utils::COWPtr<class "
+              "Tarvik::DataProcessing::Core::Array<class Tarvik::DataProcessing::Core::IInteger,void> >");
+}
+
+TEST(TypeIdentifier, FollowsTheTwoCallProtocol)
+{
+    int size = 0;
+    TypeInfo::getTypeIdentifier<NoValue>(nullptr, &size);
+    EXPECT_EQ(size, 14);
+    TypeInfo::getTypeIdentifier<TarvikViewerTessalPackage::Gate>(nullptr, &size);
+    EXPECT_EQ(size, 38);
+
+    char exact[14];
+    size = 14;
+    TypeInfo::getTypeIdentifier<NoValue>(exact, &size);
+    EXPECT_STREQ(exact, "class NoValue");
+
+    char shortBuffer[14] = "untouched";
+    size = 13;
+    try
+    {
+        TypeInfo::getTypeIdentifier<NoValue>(shortBuffer, &size);
+        FAIL() << "a buffer one byte short was accepted";
+    }
+    catch (const GenICam::InvalidArgumentException& e)
+    {
+        EXPECT_STREQ(e.GetDescription(), "Size is too small.");
+    }
+    EXPECT_STREQ(shortBuffer, "untouched");
+    EXPECT_EQ(size, 13);
+
+    for (char* buffer : {static_cast<char*>(nullptr), exact})
+    {
+        try
+        {
+            TypeInfo::getTypeIdentifier<NoValue>(buffer, nullptr);
+            FAIL() << "a null size was accepted";
+        }
+        catch (const GenICam::InvalidArgumentException& e)
+        {
+            EXPECT_STREQ(e.GetDescription(), "Passed size is null.");
+        }
+    }
+}
+
+namespace
+{
+class NeverRegistered : public Utils::IObject
+{
+};
+class Orphan : public NeverRegistered
+{
+};
+class Sibling
+{
+};
+} // namespace
+
+TEST(TypeInfo, LooksUpRegisteredTypesAndRefusesOthers)
+{
+    const TypeInfo value = TypeInfo::get<Core::IValue>(true);
+    ASSERT_TRUE(value.isValid());
+    EXPECT_EQ(value.getName(), GenICam::gcstring("Tarvik::DataProcessing::Core::IValue"));
+    EXPECT_EQ(TypeInfo::get<Core::IValue>(false), value);
+
+    EXPECT_FALSE(TypeInfo::get<NeverRegistered>(false).isValid());
+    try
+    {
+        TypeInfo::get<NeverRegistered>(true);
+        FAIL();
+    }
+    catch (const GenICam::RuntimeException& e)
+    {
+        EXPECT_STREQ(e.GetDescription(), "The requested type is not registered.");
+    }
+}
+
+TEST(TypeInfo, CastsThroughRecordedBases)
+{
+    Core::Integer integer(42, nullptr);
+    const TypeInfo type = integer.getTypeInfo(true);
+    EXPECT_TRUE(type.canConvert(TypeInfo::get<Core::IValue>(true)));
+    EXPECT_TRUE(type.canConvert(TypeInfo::get<Utils::IObject>(true)));
+    EXPECT_FALSE(type.canConvert(TypeInfo::get<Core::IFloat>(true)));
+    EXPECT_FALSE(TypeInfo::get<Core::IValue>(true).canConvert(type));
+
+    void* const raw = integer.getRawPointer();
+    EXPECT_EQ(Utils::type_cast(raw, type, TypeInfo::get<Core::IInteger>(true)),
+              static_cast<Core::IInteger*>(&integer));
+    EXPECT_EQ(Utils::type_cast(raw, type, TypeInfo::get<Core::IValue>(true)),
+              static_cast<Core::IValue*>(&integer));
+    EXPECT_EQ(Utils::type_cast(raw, type, TypeInfo::get<Core::IFloat>(true)), nullptr);
+    EXPECT_EQ(Utils::type_cast(static_cast<void*>(nullptr), type, TypeInfo::get<Core::IValue>(true)),
+              nullptr);
+}
+
+TEST(TypeRegistrar, LogsOneLineAndLeavesTheTypeUnregisteredWhenABaseIsMissing)
+{
+    LogCapture log;
+    const Utils::TypeRegistrar<Orphan, Utils::DirectBase<NeverRegistered>> registrar("Orphan");
+
+    const auto entries = log.entries();
+    ASSERT_EQ(entries.size(), 1u);
+    char expected[160];
+    std::snprintf(
+        expected, sizeof expected,
+        "TypeInfo %p: Exception caught while registering a type. Message: Base type is not registered.",
+        static_cast<const void*>(&registrar));
+    EXPECT_EQ(entries[0].text, expected);
+    EXPECT_EQ(entries[0].severity, Utils::Severitiy_Warning);
+    EXPECT_EQ(entries[0].category, "tarvik.dataprocessing.utils.TypeInfo");
+    EXPECT_FALSE(TypeInfo::get<Orphan>(false).isValid());
+}
+
+TEST(TypeRegistrar, RegistersBasesDirectAndIndirect)
+{
+    const Utils::TypeRegistrar<Sibling> registrar("Sibling");
+    const TypeInfo sibling = TypeInfo::get<Sibling>(true);
+    EXPECT_EQ(sibling.getName(), GenICam::gcstring("Sibling"));
+    EXPECT_FALSE(sibling.canConvert(TypeInfo::get<Utils::IObject>(true)));
+
+    const TypeInfo advanced = TypeInfo::get<Core::AdvancedNode>(true);
+    for (const TypeInfo& base : {TypeInfo::get<Core::NodeBase>(true), TypeInfo::get<Core::INode>(true),
+                                 TypeInfo::get<Utils::IObject>(true)})
+        EXPECT_TRUE(advanced.canConvert(base)) << base.getName();
+}

@@ -1,0 +1,132 @@
+#include <TarvikDataProcessingCore/core/ScalarValues.h>
+#include <TarvikDataProcessingCore/utils/Variant.h>
+#include <TarvikViewerDataTypes2/NoValue.h>
+
+#include <gtest/gtest.h>
+
+using namespace Tarvik::DataProcessing;
+using Core::IInteger;
+using Core::Integer;
+using Utils::COWPtr;
+using Utils::Variant;
+
+namespace
+{
+
+template <typename F>
+std::string failureText(F&& action)
+{
+    try
+    {
+        action();
+    }
+    catch (const GenICam::GenericException& e)
+    {
+        return e.GetDescription();
+    }
+    return "no exception";
+}
+
+class Unregistered : public Core::IValue
+{
+public:
+    bool hasError(bool) const override { return false; }
+    std::shared_ptr<Core::IError> getError(bool) const override { return nullptr; }
+    Utils::TypeInfo getTypeInfo(bool mustExist) const override
+    {
+        return Utils::TypeInfo::get<Unregistered>(mustExist);
+    }
+    const void* getRawPointer() const override { return this; }
+    void* getRawPointer() override { return this; }
+};
+
+} // namespace
+
+TEST(Variant, EmptyVariantReadsEmptyOrRaises)
+{
+    const Variant empty;
+    EXPECT_FALSE(empty.isValid());
+    EXPECT_FALSE(empty.get<COWPtr<IInteger>>(false).isValid());
+    EXPECT_EQ(empty.get<IInteger>(false), nullptr);
+    EXPECT_EQ(failureText([&] { empty.get<COWPtr<IInteger>>(true); }), "Variant is not valid.");
+    EXPECT_EQ(failureText([&] { empty.get<IInteger>(true); }), "Variant is not valid.");
+}
+
+TEST(Variant, ReadOfAnotherTypeIsEmptyOrRaises)
+{
+    const Variant integer{Integer(3, nullptr)};
+    EXPECT_FALSE(integer.get<COWPtr<Core::IFloat>>(false).isValid());
+    EXPECT_EQ(failureText([&] { integer.get<COWPtr<Core::IFloat>>(true); }),
+              "Could not cast variant data to requested type.");
+    EXPECT_EQ(integer.get<Core::IFloat>(false), nullptr);
+    EXPECT_EQ(failureText([&] { integer.get<Core::IFloat>(true); }),
+              "Could not cast variant value to requested type.");
+    EXPECT_EQ(failureText([&] { integer.get<Unregistered>(true); }), "The requested type is not registered.");
+    EXPECT_EQ(integer.get<Unregistered>(false), nullptr);
+}
+
+TEST(Variant, HoldsACopyWithItsOwnLock)
+{
+    Integer value(10, nullptr);
+    Variant variant(value);
+    value.setValue(11);
+    EXPECT_EQ(variant.get<COWPtr<IInteger>>(true)->getValue(), 10);
+    EXPECT_EQ(variant.getTypeInfo(), Utils::TypeInfo::get<Integer>(true));
+    EXPECT_EQ(failureText([] { Variant{Unregistered()}; }), "Type of passed data is not registered.");
+}
+
+TEST(Variant, TypedReadSharesTheObjectAndReadsThroughBases)
+{
+    const Variant variant{Integer(4, nullptr)};
+    COWPtr<IInteger> handle = variant.get<COWPtr<IInteger>>(true);
+    EXPECT_EQ(handle.getUseCount(), 2);
+    COWPtr<Integer> concrete = variant.get<COWPtr<Integer>>(true);
+    EXPECT_EQ(concrete.getUseCount(), 3);
+    EXPECT_EQ(std::as_const(concrete).get(), static_cast<const Integer*>(std::as_const(handle).get()));
+    handle.reset();
+    concrete.reset();
+    EXPECT_EQ(variant.get<COWPtr<Core::IValue>>(true).getUseCount(), 2);
+}
+
+TEST(Variant, CopiesShareUntilOneWrites)
+{
+    Variant a{Integer(1, nullptr)};
+    Variant b = a;
+    const IInteger* sharedObject = std::as_const(b).get<IInteger>(true);
+    EXPECT_EQ(std::as_const(a).get<IInteger>(true), sharedObject);
+
+    IInteger* writable = a.get<IInteger>(true);
+    writable->setValue(2);
+    EXPECT_NE(writable, sharedObject);
+    EXPECT_EQ(std::as_const(b).get<IInteger>(true)->getValue(), 1);
+    EXPECT_EQ(std::as_const(a).get<IInteger>(true)->getValue(), 2);
+}
+
+TEST(Variant, SetDataSharesOrTakesOverAndKeepsOldContentOnFailure)
+{
+    Variant variant{NoValue()};
+    COWPtr<IInteger> pointer(new Integer(6, nullptr));
+
+    variant.setData(pointer);
+    EXPECT_EQ(pointer.getUseCount(), 2);
+    EXPECT_EQ(variant.getTypeInfo(), Utils::TypeInfo::get<Integer>(true));
+
+    variant.setData(std::move(pointer));
+    EXPECT_FALSE(pointer.isValid());
+    EXPECT_EQ(variant.get<COWPtr<IInteger>>(true).getUseCount(), 2);
+
+    EXPECT_EQ(failureText([&] { variant.setData(COWPtr<IInteger>()); }), "Invalid data pointer passed.");
+    EXPECT_EQ(variant.get<COWPtr<IInteger>>(true)->getValue(), 6);
+}
+
+TEST(Variant, MoveLeavesTheSourceEmpty)
+{
+    Variant a{Integer(1, nullptr)};
+    Variant b = std::move(a);
+    EXPECT_FALSE(a.isValid());
+    EXPECT_TRUE(b.isValid());
+    a = b;
+    EXPECT_EQ(a.get<COWPtr<IInteger>>(true).getUseCount(), 3);
+    b.reset();
+    EXPECT_FALSE(b.isValid());
+}
