@@ -31,7 +31,7 @@ constexpr EnumEntryDescription kEdgeHandlings[] = {
 
 constexpr SettingDescription kSettings[kSettingCount] = {
     {EConverterSetting::OutputPixelFormat, "OutputPixelFormat", "Pixel format of the converted image.",
-     PixelType_Mono8, PixelType_BGRa8, PixelType_BGRa8, kPixelFormats},
+     PixelType_Mono8, PixelType_RGB16, PixelType_BGRa8, kPixelFormats},
     {EConverterSetting::OutputPaddingX,
      "OutputPaddingX",
      "Bytes after each row of the converted image.",

@@ -1,0 +1,439 @@
+#include "ReferenceConverter.h"
+
+#include <TarvikBase/PixelTypeInfo.h>
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <stdexcept>
+#include <string_view>
+
+namespace ReferenceConversion
+{
+namespace
+{
+
+using namespace Tarvik;
+
+enum class Layout
+{
+    Byte,
+    Word,
+    Grouped,
+    LsbBits,
+    Rgb565,
+    Rgb10In32,
+    Planar,
+    Uyvy,
+    Yuyv,
+    Uyyvyy,
+    Uyv,
+};
+
+enum class Kind
+{
+    Mono,
+    Bayer,
+    Rgb,
+    Yuv,
+};
+
+struct Format
+{
+    Kind kind;
+    Layout layout;
+    uint32_t depth;
+    uint32_t samplesPerPixel; // interleaved samples stored per pixel
+    bool blueFirst;
+    std::string_view bayerFirstRow; // colours of (0,0) and (1,0)
+};
+
+Format Describe(EPixelType type)
+{
+    const PixelTypeInfo* info = FindPixelTypeInfo(type);
+    if (info == nullptr)
+        throw std::invalid_argument("reference: unknown type");
+    const std::string_view name = info->name;
+    const uint32_t depth = info->bitDepth;
+    if (name.starts_with("Bayer"))
+    {
+        const Layout layout = name.ends_with("Packed") ? Layout::Grouped
+                              : name.ends_with("p")    ? Layout::LsbBits
+                              : depth == 8             ? Layout::Byte
+                                                       : Layout::Word;
+        return {Kind::Bayer, layout, depth, 1, false, name.substr(5, 2)};
+    }
+    if (name.starts_with("Mono"))
+    {
+        const Layout layout = name.ends_with("Packed") ? Layout::Grouped
+                              : name.ends_with("p")    ? Layout::LsbBits
+                              : depth == 8             ? Layout::Byte
+                                                       : Layout::Word;
+        return {Kind::Mono, layout, depth, 1, false, {}};
+    }
+    if (name.starts_with("YUV"))
+    {
+        const Layout layout = name == "YUV422_8_UYVY" ? Layout::Uyvy
+                              : name == "YUV422_8"    ? Layout::Yuyv
+                              : name == "YUV8_UYV"    ? Layout::Uyv
+                                                      : Layout::Uyyvyy;
+        return {Kind::Yuv, layout, 8, 0, false, {}};
+    }
+    const bool blueFirst = name.starts_with("BGR");
+    if (name.ends_with("_Planar"))
+        return {Kind::Rgb, Layout::Planar, depth, 1, false, {}};
+    if (name.ends_with("565p"))
+        return {Kind::Rgb, Layout::Rgb565, 6, 3, blueFirst, {}};
+    if (name == "RGB10p32")
+        return {Kind::Rgb, Layout::Rgb10In32, 10, 3, false, {}};
+    if (name.ends_with("p"))
+        return {Kind::Rgb, Layout::LsbBits, depth, 3, blueFirst, {}};
+    const uint32_t samples = name.find('a') != std::string_view::npos ? 4 : 3;
+    return {Kind::Rgb, depth == 8 ? Layout::Byte : Layout::Word, depth, samples, blueFirst, {}};
+}
+
+struct Pixel
+{
+    uint32_t r, g, b;
+};
+
+class SourceReader
+{
+public:
+    SourceReader(const std::vector<uint8_t>& data, const Format& format, uint32_t width, uint32_t height,
+                 size_t paddingX)
+        : m_data(data)
+        , m_format(format)
+        , m_width(width)
+        , m_height(height)
+    {
+        const uint64_t bitsPerRow = format.layout == Layout::Planar
+                                        ? uint64_t{width} * (format.depth <= 8 ? 8 : 16)
+                                        : uint64_t{width} * BitsPerPixelOf(format);
+        m_stride = (bitsPerRow + 7) / 8 + paddingX;
+    }
+
+    uint8_t Byte(uint32_t y, size_t offset, uint32_t plane = 0) const
+    {
+        const size_t at = (size_t{plane} * m_height + y) * m_stride + offset;
+        if (at >= m_data.size())
+            throw std::out_of_range("reference: read outside the source");
+        return m_data[at];
+    }
+
+    uint32_t Word(uint32_t y, size_t offset, uint32_t plane = 0) const
+    {
+        return Byte(y, offset, plane) | (Byte(y, offset + 1, plane) << 8);
+    }
+
+    uint32_t Bit(uint32_t y, uint64_t bit) const { return (Byte(y, bit / 8) >> (bit % 8)) & 1u; }
+
+    uint32_t Bits(uint32_t y, uint64_t firstBit, uint32_t count) const
+    {
+        uint32_t value = 0;
+        for (uint32_t i = 0; i < count; ++i)
+            value |= Bit(y, firstBit + i) << i;
+        return value;
+    }
+
+    uint32_t Clamp(uint32_t value) const { return std::min(value, (1u << m_format.depth) - 1); }
+
+    // Mono and Bayer samples.
+    uint32_t Raw(uint32_t x, uint32_t y) const
+    {
+        switch (m_format.layout)
+        {
+        case Layout::Byte:
+            return Byte(y, x);
+        case Layout::Word:
+            return Clamp(Word(y, 2 * size_t{x}));
+        case Layout::Grouped:
+        {
+            const uint32_t lowBits = m_format.depth - 8;
+            const size_t group = 3 * size_t{x / 2};
+            const uint32_t middle = Byte(y, group + 1);
+            if (x % 2 == 0)
+                return (Byte(y, group) << lowBits) | (middle & ((1u << lowBits) - 1));
+            return (Byte(y, group + 2) << lowBits) | ((middle >> 4) & ((1u << lowBits) - 1));
+        }
+        case Layout::LsbBits:
+            return Bits(y, uint64_t{x} * m_format.depth, m_format.depth);
+        default:
+            throw std::logic_error("reference: not a mono layout");
+        }
+    }
+
+    // Y, U, V of a YUV pixel; 128 for chroma beyond the row end.
+    std::array<int32_t, 3> Yuv(uint32_t x, uint32_t y) const
+    {
+        switch (m_format.layout)
+        {
+        case Layout::Uyv:
+            return {Byte(y, 3 * x + 1), Byte(y, 3 * x), Byte(y, 3 * x + 2)};
+        case Layout::Uyvy:
+        case Layout::Yuyv:
+        {
+            const bool uFirst = m_format.layout == Layout::Uyvy;
+            const size_t pair = 4 * size_t{x / 2};
+            const int32_t luma = Byte(y, pair + (uFirst ? 1 : 0) + 2 * (x % 2));
+            const int32_t u = Byte(y, pair + (uFirst ? 0 : 1));
+            const int32_t v = x / 2 * 2 + 1 < m_width ? Byte(y, pair + (uFirst ? 2 : 3)) : 128;
+            return {luma, u, v};
+        }
+        case Layout::Uyyvyy:
+        {
+            const size_t group = 6 * size_t{x / 4};
+            static constexpr size_t kLuma[] = {1, 2, 4, 5};
+            const int32_t v = x / 4 * 4 + 2 < m_width ? Byte(y, group + 3) : 128;
+            return {Byte(y, group + kLuma[x % 4]), Byte(y, group), v};
+        }
+        default:
+            throw std::logic_error("reference: not a YUV layout");
+        }
+    }
+
+    Pixel Colour(uint32_t x, uint32_t y) const
+    {
+        std::array<uint32_t, 3> s{};
+        switch (m_format.layout)
+        {
+        case Layout::Byte:
+            for (uint32_t c = 0; c < 3; ++c)
+                s[c] = Byte(y, size_t{x} * m_format.samplesPerPixel + c);
+            break;
+        case Layout::Word:
+            for (uint32_t c = 0; c < 3; ++c)
+                s[c] = Clamp(Word(y, 2 * (size_t{x} * m_format.samplesPerPixel + c)));
+            break;
+        case Layout::LsbBits:
+            for (uint32_t c = 0; c < 3; ++c)
+                s[c] = Bits(y, (uint64_t{x} * 3 + c) * m_format.depth, m_format.depth);
+            break;
+        case Layout::Rgb565:
+        {
+            const uint32_t word = Word(y, 2 * size_t{x});
+            s = {(word & 31) * 2, (word >> 5) & 63, (word >> 11) * 2};
+            break;
+        }
+        case Layout::Rgb10In32:
+        {
+            const uint32_t word = Word(y, 4 * size_t{x}) | (Word(y, 4 * size_t{x} + 2) << 16);
+            s = {word & 1023, (word >> 10) & 1023, (word >> 20) & 1023};
+            break;
+        }
+        case Layout::Planar:
+            for (uint32_t c = 0; c < 3; ++c)
+                s[c] = m_format.depth <= 8 ? Byte(y, x, c) : Clamp(Word(y, 2 * size_t{x}, c));
+            break;
+        default:
+        {
+            const auto [luma, u, v] = Yuv(x, y);
+            const auto clamp = [](int32_t value) { return static_cast<uint32_t>(std::clamp(value, 0, 255)); };
+            const int32_t d = u - 128, e = v - 128;
+            return {clamp(luma + ((359 * e + 128) >> 8)), clamp(luma + ((-88 * d - 183 * e + 128) >> 8)),
+                    clamp(luma + ((454 * d + 128) >> 8))};
+        }
+        }
+        return m_format.blueFirst ? Pixel{s[2], s[1], s[0]} : Pixel{s[0], s[1], s[2]};
+    }
+
+private:
+    static uint32_t BitsPerPixelOf(const Format& format)
+    {
+        switch (format.layout)
+        {
+        case Layout::Uyvy:
+        case Layout::Yuyv:
+        case Layout::Rgb565:
+            return 16;
+        case Layout::Uyyvyy:
+            return 12;
+        case Layout::Uyv:
+            return 24;
+        case Layout::Rgb10In32:
+            return 32;
+        case Layout::Grouped:
+            return 12;
+        case Layout::LsbBits:
+            return format.depth * format.samplesPerPixel;
+        case Layout::Byte:
+            return 8 * format.samplesPerPixel;
+        case Layout::Word:
+            return 16 * format.samplesPerPixel;
+        case Layout::Planar:
+            break;
+        }
+        return 0;
+    }
+
+    const std::vector<uint8_t>& m_data;
+    const Format& m_format;
+    uint32_t m_width;
+    uint32_t m_height;
+    size_t m_stride;
+};
+
+// Colour letter of any position of the endless Bayer pattern.
+char BayerColour(std::string_view firstRow, int64_t x, int64_t y)
+{
+    const char first = firstRow[static_cast<size_t>(x & 1)];
+    if ((y & 1) == 0)
+        return first;
+    if (first == 'G')
+        return firstRow[0] == 'G' ? (firstRow[1] == 'R' ? 'B' : 'R') : (firstRow[0] == 'R' ? 'B' : 'R');
+    return 'G';
+}
+
+class BayerReference
+{
+public:
+    BayerReference(const SourceReader& reader, const Format& format, uint32_t width, uint32_t height)
+        : m_reader(reader)
+        , m_format(format)
+        , m_width(width)
+        , m_height(height)
+    {
+    }
+
+    Pixel At(uint32_t x, uint32_t y) const
+    {
+        const char own = BayerColour(m_format.bayerFirstRow, x, y);
+        const uint32_t raw = m_reader.Raw(x, y);
+        std::optional<uint32_t> green = own == 'G' ? std::optional<uint32_t>(raw) : Estimate(x, y, 'G');
+        const uint32_t greenValue = green.value_or(raw);
+        const auto channel = [&](char colour) -> uint32_t
+        {
+            if (colour == own)
+                return raw;
+            if (colour == 'G')
+                return greenValue;
+            return Estimate(x, y, colour).value_or(greenValue);
+        };
+        return {channel('R'), channel('G'), channel('B')};
+    }
+
+private:
+    // The mean of the nearest samples of `colour`: the ones among the eight
+    // neighbours whose pattern position has that colour, mirrored into the image.
+    std::optional<uint32_t> Estimate(uint32_t x, uint32_t y, char colour) const
+    {
+        uint32_t sum = 0, count = 0;
+        for (int dy = -1; dy <= 1; ++dy)
+        {
+            for (int dx = -1; dx <= 1; ++dx)
+            {
+                if ((dx == 0 && dy == 0) || BayerColour(m_format.bayerFirstRow, x + dx, y + dy) != colour)
+                    continue;
+                const auto mx = Mirror(int64_t{x} + dx, m_width);
+                const auto my = Mirror(int64_t{y} + dy, m_height);
+                if (!mx || !my)
+                    continue;
+                sum += m_reader.Raw(*mx, *my);
+                ++count;
+            }
+        }
+        if (count == 0)
+            return std::nullopt;
+        return (sum + count / 2) / count;
+    }
+
+    static std::optional<uint32_t> Mirror(int64_t at, uint32_t size)
+    {
+        if (at < 0)
+            at = -at;
+        if (at >= size)
+            at = 2 * int64_t{size} - 2 - at;
+        if (at < 0 || at >= size)
+            return std::nullopt;
+        return static_cast<uint32_t>(at);
+    }
+
+    const SourceReader& m_reader;
+    const Format& m_format;
+    uint32_t m_width;
+    uint32_t m_height;
+};
+
+uint32_t Depth(uint32_t value, uint32_t from, uint32_t to, bool msbAligned)
+{
+    if (from > to)
+        return value >> (from - to);
+    return msbAligned ? value << (to - from) : value;
+}
+
+} // namespace
+
+std::vector<uint8_t> Convert(const std::vector<uint8_t>& source, EPixelType type, uint32_t width,
+                             uint32_t height, size_t paddingX, const Options& options)
+{
+    const Format format = Describe(type);
+    const SourceReader reader(source, format, width, height, paddingX);
+    const BayerReference bayer(reader, format, width, height);
+
+    const bool mono = options.output == PixelType_Mono8 || options.output == PixelType_Mono16;
+    const uint32_t outDepth =
+        options.output == PixelType_Mono16 || options.output == PixelType_RGB16 ? 16 : 8;
+    const size_t outBytes = options.output == PixelType_Mono8    ? 1
+                            : options.output == PixelType_Mono16 ? 2
+                            : options.output == PixelType_RGB8   ? 3
+                            : options.output == PixelType_RGB16  ? 6
+                                                                 : 4;
+    const size_t stride = outBytes * width + options.outputPaddingX;
+    std::vector<uint8_t> result(stride * height, options.paddingFill);
+
+    for (uint32_t y = 0; y < height; ++y)
+    {
+        uint8_t* row = result.data() + (options.reverseRows ? height - 1 - y : y) * stride;
+        for (uint32_t x = 0; x < width; ++x)
+        {
+            const bool frame = x == 0 || y == 0 || x + 1 == width || y + 1 == height;
+            std::array<uint32_t, 3> rgb{};
+            uint32_t grey = 0;
+            bool isGrey = false;
+            if (format.kind == Kind::Mono)
+            {
+                grey = Depth(reader.Raw(x, y), format.depth, outDepth, options.msbAligned);
+                isGrey = true;
+            }
+            else if (format.kind == Kind::Yuv && mono)
+            {
+                grey = Depth(static_cast<uint32_t>(reader.Yuv(x, y)[0]), 8, outDepth, options.msbAligned);
+                isGrey = true;
+            }
+            else
+            {
+                Pixel pixel = format.kind == Kind::Bayer ? bayer.At(x, y) : reader.Colour(x, y);
+                if (format.kind == Kind::Bayer && frame && !options.extrapolateEdges)
+                    pixel = {0, 0, 0};
+                const uint32_t depth = format.kind == Kind::Yuv ? 8 : format.depth;
+                rgb = {Depth(pixel.r, depth, outDepth, options.msbAligned),
+                       Depth(pixel.g, depth, outDepth, options.msbAligned),
+                       Depth(pixel.b, depth, outDepth, options.msbAligned)};
+            }
+            if (isGrey)
+                rgb = {grey, grey, grey};
+            std::vector<uint32_t> samples;
+            if (mono)
+                samples = {isGrey ? grey : (77 * rgb[0] + 150 * rgb[1] + 29 * rgb[2] + 128) / 256};
+            else if (options.output == PixelType_BGRa8)
+                samples = {rgb[2], rgb[1], rgb[0], 255};
+            else
+                samples = {rgb[0], rgb[1], rgb[2]};
+            for (size_t i = 0; i < samples.size(); ++i)
+            {
+                if (outDepth == 8)
+                {
+                    row[x * outBytes + i] = static_cast<uint8_t>(samples[i]);
+                }
+                else
+                {
+                    row[x * outBytes + 2 * i] = static_cast<uint8_t>(samples[i]);
+                    row[x * outBytes + 2 * i + 1] = static_cast<uint8_t>(samples[i] >> 8);
+                }
+            }
+        }
+    }
+    return result;
+}
+
+} // namespace ReferenceConversion

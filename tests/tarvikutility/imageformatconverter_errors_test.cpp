@@ -1,0 +1,125 @@
+// Bad input gets a clear GenICam exception and the target stays untouched.
+// Buffers are sized exactly, so the sanitizer build sees any access beyond them.
+#include "ConversionTestSupport.h"
+
+#include <GCBase/GCException.h>
+#include <TarvikUtility/ImageFormatConverter.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+
+using namespace Tarvik;
+using ConversionTestSupport::MinimalBytes;
+
+namespace
+{
+
+struct BadCall
+{
+    const char* what;
+    EPixelType type;
+    uint32_t width;
+    uint32_t height;
+    size_t paddingX;
+    // Differences from the right sizes: negative is too small.
+    ptrdiff_t sourceSizeChange;
+    ptrdiff_t targetSizeChange;
+    const char* messagePart;
+};
+
+class ImageFormatConverterErrors : public ::testing::TestWithParam<BadCall>
+{
+};
+
+size_t SafeSize(EPixelType type, uint32_t width, uint32_t height, size_t paddingX)
+{
+    try
+    {
+        return MinimalBytes(type, width, height, paddingX);
+    }
+    catch (const GenICam::GenericException&)
+    {
+        return 16;
+    }
+}
+
+} // namespace
+
+TEST_P(ImageFormatConverterErrors, RefusesWithAnInvalidArgumentThatSaysWhy)
+{
+    const BadCall& call = GetParam();
+    CImageFormatConverter converter;
+    converter.OutputPixelFormat = PixelType_BGRa8;
+    const size_t sourceSize =
+        SafeSize(call.type, call.width, call.height, call.paddingX) + call.sourceSizeChange;
+    const size_t targetSize = SafeSize(PixelType_BGRa8, call.width, call.height, 0) + call.targetSizeChange;
+    // At least one byte each, so that no buffer is null and the call is refused for its own reason.
+    std::vector<uint8_t> source(std::max<size_t>(sourceSize, 1), 7);
+    std::vector<uint8_t> target(std::max<size_t>(targetSize, 1), 0xAA);
+    try
+    {
+        converter.Convert(target.data(), target.size(), source.data(), source.size(), call.type, call.width,
+                          call.height, call.paddingX);
+        FAIL() << call.what << " was accepted";
+    }
+    catch (const GenICam::InvalidArgumentException& e)
+    {
+        EXPECT_NE(std::string(e.GetDescription()).find(call.messagePart), std::string::npos)
+            << e.GetDescription();
+    }
+    EXPECT_EQ(target, std::vector<uint8_t>(target.size(), 0xAA));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    BadInput, ImageFormatConverterErrors,
+    ::testing::Values(
+        BadCall{"zero width", PixelType_Mono8, 0, 4, 0, 0, 0, "no width or height"},
+        BadCall{"zero height", PixelType_RGB8, 4, 0, 0, 0, 0, "no width or height"},
+        BadCall{"undefined type", PixelType_Undefined, 4, 4, 0, 0, 0, "cannot be converted"},
+        BadCall{"unknown type", static_cast<EPixelType>(0x01080002), 4, 4, 0, 0, 0, "0x01080002"},
+        BadCall{"short source", PixelType_BayerRG8, 5, 3, 0, -1, 0, "Source buffer of 14 bytes"},
+        BadCall{"short packed source", PixelType_Mono12p, 5, 3, 2, -1, 0, "Source buffer"},
+        BadCall{"padding beyond the source", PixelType_Mono8, 4, 4, 100, -100, 0, "Source buffer"},
+        BadCall{"short target", PixelType_Mono8, 5, 3, 0, 0, -1, "Target buffer of 59 bytes"},
+        BadCall{"empty target", PixelType_YUV422_8, 2, 2, 0, 0, -16, "Target buffer"}),
+    [](const auto& param)
+    {
+        std::string name = param.param.what;
+        std::replace(name.begin(), name.end(), ' ', '_');
+        return name;
+    });
+
+TEST(ImageFormatConverterErrorsMisc, NullBuffersAndOverflowingLayoutsAreRefused)
+{
+    CImageFormatConverter converter;
+    std::vector<uint8_t> buffer(64);
+    EXPECT_THROW(converter.Convert(nullptr, 64, buffer.data(), 64, PixelType_Mono8, 2, 2, 0),
+                 GenICam::InvalidArgumentException);
+    EXPECT_THROW(converter.Convert(buffer.data(), 64, nullptr, 64, PixelType_Mono8, 2, 2, 0),
+                 GenICam::InvalidArgumentException);
+    // A padding whose layout does not fit in memory is an overflow, not a wrapped small size.
+    EXPECT_THROW(converter.Convert(buffer.data(), 64, buffer.data(), 64, PixelType_Mono8, 2, 2,
+                                   std::numeric_limits<size_t>::max() / 2),
+                 GenICam::OutOfRangeException);
+    EXPECT_THROW(converter.Convert(buffer.data(), 64, buffer.data(), 64, PixelType_Mono16, 0xFFFFFFFFu,
+                                   0xFFFFFFFFu, 0),
+                 GenICam::OutOfRangeException);
+    EXPECT_THROW(converter.Convert(buffer.data(), 64, buffer.data(), 64, PixelType_Mono8, 2, 2, 0,
+                                   static_cast<EImageOrientation>(2)),
+                 GenICam::InvalidArgumentException);
+}
+
+TEST(ImageFormatConverterErrorsMisc, ImageConversionRefusesEmptySourcesAndKeepsTheTarget)
+{
+    CImageFormatConverter converter;
+    CTarvikImage target(PixelType_Mono8, 3, 3);
+    static_cast<uint8_t*>(target.GetBuffer())[4] = 42;
+    EXPECT_THROW(converter.Convert(target, CTarvikImage()), GenICam::InvalidArgumentException);
+    EXPECT_THROW(converter.Convert(target, CTarvikImage(PixelType_Mono8, 0, 3)),
+                 GenICam::InvalidArgumentException);
+    EXPECT_EQ(target.GetWidth(), 3u);
+    EXPECT_EQ(target.GetPixelType(), PixelType_Mono8);
+    EXPECT_EQ(static_cast<uint8_t*>(target.GetBuffer())[4], 42);
+}

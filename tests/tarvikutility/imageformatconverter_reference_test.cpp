@@ -1,0 +1,148 @@
+// Every source type through the library's paths must equal the reference
+// converter, byte for byte, for every output, small and odd sizes, padded rows,
+// both bit alignments, both edge handlings and both row orders.
+#include "ConversionTestSupport.h"
+#include "ReferenceConverter.h"
+
+#include <TarvikBase/PixelTypeInfo.h>
+#include <TarvikUtility/ImageFormatConverter.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <sstream>
+
+using namespace Tarvik;
+using namespace ConversionTestSupport;
+
+namespace
+{
+
+constexpr EPixelType kOutputs[] = {PixelType_Mono8, PixelType_Mono16, PixelType_RGB8, PixelType_RGB16,
+                                   PixelType_BGRa8};
+
+struct Size
+{
+    uint32_t width;
+    uint32_t height;
+};
+
+// Widths beyond the widest vector (64 bytes) reach the vector loops and their tails.
+constexpr Size kSizes[] = {{1, 1}, {1, 3}, {2, 1}, {2, 2}, {3, 2}, {5, 1}, {7, 3}, {67, 4}, {131, 2}};
+
+struct Case
+{
+    EPixelType output;
+    Size size;
+    size_t sourcePaddingX;
+    size_t outputPaddingX;
+    bool msbAligned;
+    bool extrapolate;
+    bool bottomUpSource;
+    uint32_t threads;
+};
+
+std::string Describe(EPixelType source, const Case& c)
+{
+    std::ostringstream text;
+    text << NameOf(source) << " -> " << NameOf(c.output) << ' ' << c.size.width << 'x' << c.size.height
+         << " padding " << c.sourcePaddingX << '/' << c.outputPaddingX << (c.msbAligned ? " msb" : " lsb")
+         << (c.extrapolate ? " extrapolate" : " zero-edges") << (c.bottomUpSource ? " bottom-up" : "")
+         << " threads " << c.threads;
+    return text.str();
+}
+
+void ExpectMatchesReference(EPixelType source, const Case& c, uint32_t seed)
+{
+    SCOPED_TRACE(Describe(source, c));
+    const uint32_t width = c.size.width;
+    const uint32_t height = c.size.height;
+    const std::vector<uint8_t> input =
+        RandomBytes(MinimalBytes(source, width, height, c.sourcePaddingX), seed);
+
+    ReferenceConversion::Options options;
+    options.output = c.output;
+    options.outputPaddingX = c.outputPaddingX;
+    options.msbAligned = c.msbAligned;
+    options.extrapolateEdges = c.extrapolate;
+    options.reverseRows = c.bottomUpSource;
+    std::vector<uint8_t> expected =
+        ReferenceConversion::Convert(input, source, width, height, c.sourcePaddingX, options);
+    expected.resize(MinimalBytes(c.output, width, height, c.outputPaddingX));
+
+    CImageFormatConverter converter;
+    converter.OutputPixelFormat = c.output;
+    converter.OutputPaddingX = static_cast<int64_t>(c.outputPaddingX);
+    converter.OutputBitAlignment =
+        c.msbAligned ? OutputBitAlignment_MsbAligned : OutputBitAlignment_LsbAligned;
+    converter.InconvertibleEdgeHandling =
+        c.extrapolate ? InconvertibleEdgeHandling_Extrapolate : InconvertibleEdgeHandling_SetZero;
+    converter.MaxNumThreads = c.threads;
+    std::vector<uint8_t> output(expected.size(), options.paddingFill);
+    converter.Convert(output.data(), output.size(), input.data(), input.size(), source, width, height,
+                      c.sourcePaddingX,
+                      c.bottomUpSource ? ImageOrientation_BottomUp : ImageOrientation_TopDown);
+
+    const auto [at, unused] = std::mismatch(output.begin(), output.end(), expected.begin());
+    if (at != output.end())
+    {
+        const auto index = static_cast<size_t>(at - output.begin());
+        ADD_FAILURE() << "first difference at byte " << index << ": " << int{output[index]} << ", expected "
+                      << int{expected[index]};
+    }
+}
+
+class ImageFormatConverterReference : public ::testing::TestWithParam<EPixelType>
+{
+};
+
+} // namespace
+
+TEST_P(ImageFormatConverterReference, EveryOutputMatchesTheReference)
+{
+    const EPixelType source = GetParam();
+    const bool bayer = FindPixelTypeInfo(source)->family == PixelFamily::Bayer;
+    uint32_t seed = 1;
+    for (const EPixelType output : kOutputs)
+    {
+        for (const Size& size : kSizes)
+        {
+            for (const size_t padding : {size_t{0}, size_t{3}})
+            {
+                for (const bool msb : {false, true})
+                {
+                    for (const bool extrapolate : {true, false})
+                    {
+                        if (!extrapolate && !bayer)
+                            continue;
+                        ExpectMatchesReference(
+                            source, {output, size, padding, padding, msb, extrapolate, false, 1}, seed++);
+                    }
+                }
+            }
+            ExpectMatchesReference(source, {output, size, 5, 1, true, true, true, 1}, seed++);
+        }
+    }
+}
+
+TEST_P(ImageFormatConverterReference, BandsOnSeveralThreadsMatchTheReference)
+{
+    ExpectMatchesReference(GetParam(), {PixelType_BGRa8, {75, 301}, 1, 2, false, true, false, 4}, 99);
+    ExpectMatchesReference(GetParam(), {PixelType_Mono8, {33, 260}, 0, 0, true, false, true, 3}, 98);
+}
+
+std::vector<EPixelType> AllSourceTypes()
+{
+    std::vector<EPixelType> types;
+    for (const PixelTypeInfo& entry : PixelTypeTable())
+        types.push_back(entry.type);
+    return types;
+}
+
+std::string TypeName(const ::testing::TestParamInfo<EPixelType>& type)
+{
+    return NameOf(type.param);
+}
+
+INSTANTIATE_TEST_SUITE_P(AllSourceTypes, ImageFormatConverterReference, ::testing::ValuesIn(AllSourceTypes()),
+                         TypeName);
