@@ -1,0 +1,189 @@
+// Signal across threads: stopping a connection while its slot runs elsewhere,
+// the end of a signal during a call, and firings that overlap with connecting
+// and waiting disconnects.
+#include "SignalTestSupport.h"
+
+#include <tarvikdataprocessingcore/utils/signal_impl.h>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <functional>
+#include <future>
+#include <memory>
+#include <thread>
+#include <vector>
+
+using namespace Tarvik::DataProcessing;
+
+namespace
+{
+
+using SignalType = Utils::Signal<void()>;
+
+struct StopCase
+{
+    const char* name;
+    std::function<void(SignalType&, Utils::IConnection&)> stop;
+    // Runs in the slot while the stopper waits for it.
+    std::function<void(SignalType&, Utils::IConnection&)> checkWhileWaiting;
+};
+
+} // namespace
+
+// The slot notices that the stopper has taken the lock, and then takes the lock
+// itself, which it gets only once the stopper waits. The stopper must return
+// only after the slot has finished, and the stopped slot is no longer called.
+TEST(SignalThreads, WaitingStopReturnsOnlyAfterTheSlotOnAnotherThread)
+{
+    const StopCase cases[] = {
+        {"disconnect", [](SignalType&, Utils::IConnection& c) { c.disconnect(true); },
+         [](SignalType&, Utils::IConnection& c) { EXPECT_FALSE(c.isConnected()); }},
+        {"disable", [](SignalType&, Utils::IConnection& c) { c.setEnabled(false, true); },
+         [](SignalType&, Utils::IConnection& c)
+         { EXPECT_TRUE(c.isEnabled()) << "being disabled counts as enabled"; }},
+        {"disconnectAll", [](SignalType& s, Utils::IConnection&) { s.disconnectAll(true); },
+         [](SignalType& s, Utils::IConnection&) { EXPECT_EQ(s.getConnectionCount(), 0u); }},
+    };
+    for (const StopCase& c : cases)
+    {
+        SCOPED_TRACE(c.name);
+        const auto lockable = std::make_shared<SignalTesting::ObservedLockable>();
+        SignalType signal(lockable);
+        std::atomic<int> calls{0};
+        std::atomic<bool> slotFinished{false};
+        std::promise<void> entered;
+        std::shared_ptr<Utils::IConnection> connection;
+        connection = signal.connect(
+            [&]
+            {
+                ++calls;
+                const int locksBefore = lockable->lockCount();
+                entered.set_value();
+                while (lockable->lockCount() == locksBefore)
+                    std::this_thread::yield();
+                c.checkWhileWaiting(signal, *connection);
+                signal(); // a connection being stopped is not called
+                slotFinished = true;
+            });
+
+        std::thread firing([&] { signal(); });
+        bool slotFinishedWhenStopReturned = false;
+        std::thread stopper(
+            [&]
+            {
+                entered.get_future().wait();
+                c.stop(signal, *connection);
+                slotFinishedWhenStopReturned = slotFinished;
+            });
+        firing.join();
+        stopper.join();
+
+        EXPECT_TRUE(slotFinishedWhenStopReturned);
+        signal();
+        EXPECT_EQ(calls, 1);
+        EXPECT_FALSE(connection->isEnabled() && connection->isConnected());
+    }
+}
+
+TEST(SignalThreads, StopWithoutWaitingReturnsWhileTheSlotRuns)
+{
+    SignalType signal;
+    std::promise<void> entered;
+    std::promise<void> release;
+    std::shared_future<void> released = release.get_future().share();
+    int calls = 0;
+    auto connection = signal.connect(
+        [&]
+        {
+            ++calls;
+            entered.set_value();
+            released.wait();
+        });
+    std::thread firing([&] { signal(); });
+    entered.get_future().wait();
+    connection->setEnabled(false, false);
+    EXPECT_FALSE(connection->isEnabled());
+    connection->disconnect(false);
+    EXPECT_FALSE(connection->isConnected());
+    release.set_value();
+    firing.join();
+    signal();
+    EXPECT_EQ(calls, 1);
+}
+
+// The firing thread still runs a slot when the signal ends; the call and the
+// firing end safely, without the signal.
+TEST(SignalThreads, SignalEndsWhileASlotRuns)
+{
+    auto signal = std::make_unique<SignalType>();
+    SignalType* const firedSignal = signal.get();
+    std::promise<void> entered;
+    std::promise<void> release;
+    std::atomic<bool> finished{false};
+    auto connection = signal->connect(
+        [&]
+        {
+            entered.set_value();
+            release.get_future().wait();
+            finished = true;
+        });
+    std::thread firing([&] { (*firedSignal)(); });
+    entered.get_future().wait();
+    signal.reset();
+    EXPECT_FALSE(connection->isConnected());
+    release.set_value();
+    firing.join();
+    EXPECT_TRUE(finished);
+}
+
+// Firings on several threads while connections come and go. Once a waiting
+// disconnect or disable has returned, the slot must never run again.
+TEST(SignalThreads, NoCallAfterAWaitingStopUnderConcurrentFirings)
+{
+    struct SlotState
+    {
+        std::atomic<bool> stopped{false};
+        std::atomic<int> calls{0};
+    };
+    SignalType signal;
+    std::atomic<bool> churnDone{false};
+    std::atomic<int> violations{0};
+    std::vector<std::thread> firings;
+    for (int i = 0; i < 3; ++i)
+    {
+        firings.emplace_back(
+            [&]
+            {
+                while (!churnDone)
+                    signal();
+            });
+    }
+
+    constexpr int rounds = 200;
+    std::vector<std::unique_ptr<SlotState>> states;
+    for (int round = 0; round < rounds; ++round)
+    {
+        SlotState* const state = states.emplace_back(std::make_unique<SlotState>()).get();
+        auto connection = signal.connect(
+            [state, &violations]
+            {
+                if (state->stopped)
+                    ++violations;
+                ++state->calls;
+            });
+        while (state->calls == 0)
+            std::this_thread::yield();
+        if (round % 2 == 0)
+            connection->disconnect(true);
+        else
+            connection->setEnabled(false, true);
+        state->stopped = true;
+    }
+    churnDone = true;
+    for (std::thread& firing : firings)
+        firing.join();
+
+    EXPECT_EQ(violations, 0);
+    EXPECT_EQ(signal.getConnectionCount(), static_cast<size_t>(rounds / 2));
+}
