@@ -2,6 +2,7 @@
 // classes that derive from them (registration runs top to bottom in this unit).
 #include <TarvikDataProcessingCore/core/AdvancedNode.h>
 #include <TarvikDataProcessingCore/core/INodeMapContainer.h>
+#include <TarvikDataProcessingCore/core/Image.h>
 #include <TarvikDataProcessingCore/core/ScalarValues.h>
 
 namespace Tarvik::DataProcessing
@@ -43,6 +44,13 @@ const ScalarRegistration<IBoolean, Boolean> booleanTypes("Tarvik::DataProcessing
 const ScalarRegistration<IString, String> stringTypes("Tarvik::DataProcessing::Core::IString",
                                                       "Tarvik::DataProcessing::Core::String");
 
+const TypeRegistrar<IImage, DirectBase<IValue>, IndirectBase<IObject>>
+    imageInterfaceType("Tarvik::DataProcessing::Core::IImage");
+const TypeRegistrar<Image, DirectBase<IImage>, IndirectBase<IValue>, IndirectBase<IObject>>
+    imageType("Tarvik::DataProcessing::Core::Image");
+const TypeRegistrar<TarvikImage, DirectBase<IImage>, IndirectBase<IValue>, IndirectBase<IObject>>
+    tarvikImageType("Tarvik::DataProcessing::Core::TarvikImage");
+
 const TypeRegistrar<INode, DirectBase<IObject>, DirectBase<ISerializable>>
     nodeType("Tarvik::DataProcessing::Core::INode");
 const TypeRegistrar<NodeBase, DirectBase<INode>, IndirectBase<IObject>, IndirectBase<ISerializable>>
@@ -64,6 +72,10 @@ const COWPtrRegistrar<IString> stringInterfacePointerType("Tarvik::DataProcessin
 const COWPtrRegistrar<String> stringPointerType("Tarvik::DataProcessing::Utils::COWPtr<String>");
 const COWPtrRegistrar<IBoolean>
     booleanInterfacePointerType("Tarvik::DataProcessing::Utils::COWPtr<IBoolean>");
+const COWPtrRegistrar<IImage> imageInterfacePointerType("Tarvik::DataProcessing::Utils::COWPtr<IImage>");
+const COWPtrRegistrar<Image> imagePointerType("Tarvik::DataProcessing::Utils::COWPtr<Image>");
+const COWPtrRegistrar<TarvikImage>
+    tarvikImagePointerType("Tarvik::DataProcessing::Utils::COWPtr<TarvikImage>");
 const COWPtrRegistrar<Float> floatPointerType("Tarvik::DataProcessing::Utils::COWPtr<Float>");
 
 } // namespace

@@ -1,0 +1,112 @@
+#include <TarvikDataProcessingCore/core/AlignedBufferProvider.h>
+#include <TarvikDataProcessingCore/core/Image.h>
+#include <TarvikDataProcessingCore/utils/Variant.h>
+
+#include <gtest/gtest.h>
+
+#include <numeric>
+#include <vector>
+
+using namespace Tarvik::DataProcessing;
+using Core::Image;
+
+namespace
+{
+
+class VectorBuffer : public Core::IBuffer
+{
+public:
+    explicit VectorBuffer(size_t size)
+        : bytes(size)
+    {
+    }
+    void* getData() override { return bytes.data(); }
+    const void* getData() const override { return bytes.data(); }
+    size_t getSize() const override { return bytes.size(); }
+    std::vector<uint8_t> bytes;
+};
+
+const auto provider = std::make_shared<Core::AlignedBufferProvider>();
+
+const uint8_t* bytesOf(const Core::IImage& image)
+{
+    return static_cast<const uint8_t*>(image.getImageData().data);
+}
+
+} // namespace
+
+TEST(Image, AdoptsABufferWithoutCopying)
+{
+    auto buffer = std::make_shared<VectorBuffer>(3 * 2 + 2 * 2);
+    const Image image(Tarvik::PixelType_Mono8, 3, 2, 2, buffer, nullptr);
+    EXPECT_EQ(image.getImageData().data, buffer->bytes.data());
+    EXPECT_EQ(image.getImageData().paddingX, 2u);
+    EXPECT_EQ(image.getImageSize(), 10u);
+    EXPECT_FALSE(image.hasError(true));
+    EXPECT_THROW(Image(Tarvik::PixelType_Mono8, 4, 2, 2, buffer, nullptr), GenICam::InvalidArgumentException);
+    EXPECT_THROW(Image(Tarvik::PixelType_Undefined, 1, 1, 0, buffer, nullptr),
+                 GenICam::InvalidArgumentException);
+}
+
+TEST(Image, CopyingConstructorNeverReadsPastTheGivenPayload)
+{
+    std::vector<uint8_t> payload(5);
+    std::iota(payload.begin(), payload.end(), 1);
+    const Image image(payload.data(), payload.size(), Tarvik::PixelType_Mono8, 4, 2, 0, 0, provider, nullptr);
+    const std::vector<uint8_t> pixels(bytesOf(image), bytesOf(image) + image.getImageSize());
+    EXPECT_EQ(pixels, (std::vector<uint8_t>{1, 2, 3, 4, 5, 0, 0, 0}));
+}
+
+TEST(Image, CopyingConstructorRepadsRows)
+{
+    const std::vector<uint8_t> payload = {1, 2, 9, 3, 4, 9};
+    const Image image(payload.data(), payload.size(), Tarvik::PixelType_Mono8, 2, 2, 1, 2, provider, nullptr);
+    const std::vector<uint8_t> pixels(bytesOf(image), bytesOf(image) + image.getImageSize());
+    EXPECT_EQ(pixels, (std::vector<uint8_t>{1, 2, 0, 0, 3, 4, 0, 0}));
+}
+
+TEST(Image, CopyHasPixelsAndLockOfItsOwn)
+{
+    Image source(Tarvik::PixelType_Mono8, 2, 1, 0, provider, nullptr);
+    static_cast<uint8_t*>(source.getImageData().data)[0] = 7;
+    Image copy(source, nullptr);
+    EXPECT_NE(copy.getImageData().data, source.getImageData().data);
+    EXPECT_EQ(bytesOf(copy)[0], 7);
+    static_cast<uint8_t*>(copy.getImageData().data)[0] = 8;
+    EXPECT_EQ(bytesOf(source)[0], 7);
+}
+
+TEST(Image, ErrorStateHasNoPixels)
+{
+    auto error = std::make_shared<Core::InvalidValueError>("no frame", Utils::DateTime::now());
+    const Core::TarvikImage failed(error, nullptr);
+    EXPECT_TRUE(failed.hasError(false));
+    EXPECT_EQ(failed.getError(false), error);
+    EXPECT_EQ(failed.getImageData().data, nullptr);
+    EXPECT_EQ(failed.getImageSize(), 0u);
+    EXPECT_EQ(failed.getPixelType(), Tarvik::PixelType_Undefined);
+    EXPECT_EQ(Core::TarvikImage(failed, nullptr).getError(false), error);
+}
+
+TEST(Image, TravelsThroughAVariantAsIImageWithoutACopy)
+{
+    Utils::Variant variant;
+    Utils::COWPtr<Core::IImage> pointer(new Image(Tarvik::PixelType_Mono8, 8, 8, 0, provider, nullptr));
+    const void* pixels = std::as_const(pointer)->getImageData().data;
+    variant.setData(pointer);
+    const auto read = variant.get<Utils::COWPtr<Core::IImage>>(true);
+    EXPECT_EQ(read.getUseCount(), 3);
+    EXPECT_EQ(read->getImageData().data, pixels);
+    EXPECT_TRUE(variant.get<Utils::COWPtr<Image>>(true).isValid());
+    EXPECT_FALSE(variant.get<Utils::COWPtr<Core::TarvikImage>>(false).isValid());
+}
+
+TEST(Image, CloneThroughIImageIsAnImageAgain)
+{
+    Utils::COWPtr<Core::IImage> a(new Image(Tarvik::PixelType_RGB8, 2, 2, 0, provider, nullptr));
+    Utils::COWPtr<Core::IImage> b = a;
+    a.detach();
+    EXPECT_EQ(std::as_const(a)->getTypeInfo(true), Utils::TypeInfo::get<Image>(true));
+    EXPECT_NE(std::as_const(a)->getImageData().data, std::as_const(b)->getImageData().data);
+    EXPECT_EQ(std::as_const(a)->getImageSize(), 12u);
+}
