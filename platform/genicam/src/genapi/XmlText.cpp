@@ -163,7 +163,7 @@ std::string CheckCharacters(const char* text, size_t length)
             {
                 const unsigned char next = static_cast<unsigned char>(text[i + k]);
                 if ((next & 0xC0) != 0x80)
-                    return Format("byte 0x%02X at line %zu is not UTF-8", next, line);
+                    return Format("byte 0x%02X at line %zu starts an invalid UTF-8 sequence", lead, line);
                 c = (c << 6) | (next & 0x3F);
             }
             // Overlong forms and surrogates are no characters.
