@@ -8,6 +8,7 @@
 #include <TarvikUtility/ImageFormatConverter.h>
 
 #include <gtest/gtest.h>
+#include <hwy/targets.h>
 
 #include <algorithm>
 #include <sstream>
@@ -146,3 +147,33 @@ std::string TypeName(const ::testing::TestParamInfo<EPixelType>& type)
 
 INSTANTIATE_TEST_SUITE_P(AllSourceTypes, ImageFormatConverterReference, ::testing::ValuesIn(AllSourceTypes()),
                          TypeName);
+
+// The row kernels exist once per instruction set; each one the CPU offers, and
+// the plain fallback for CPUs without SSSE3, must give the reference's bytes.
+TEST(ImageFormatConverterInstructionSets, EveryInstructionSetMatchesTheReference)
+{
+    const EPixelType fastPathSources[] = {PixelType_Mono8,    PixelType_Mono12,        PixelType_RGB8,
+                                          PixelType_BGRa8,    PixelType_YUV422_8_UYVY, PixelType_YUV422_8,
+                                          PixelType_BayerRG8, PixelType_BayerGB8};
+    const int64_t available = hwy::SupportedTargets();
+    int tested = 0;
+    for (const int64_t target : {int64_t{HWY_SCALAR}, int64_t{HWY_SSSE3}, int64_t{HWY_SSE4},
+                                 int64_t{HWY_AVX2}, int64_t{HWY_AVX3}, int64_t{HWY_AVX3_DL}})
+    {
+        if ((HWY_TARGETS & target) == 0 || (target != HWY_SCALAR && (available & target) == 0))
+            continue;
+        SCOPED_TRACE(hwy::TargetName(target));
+        hwy::SetSupportedTargetsForTest(target);
+        for (const EPixelType source : fastPathSources)
+        {
+            for (const EPixelType output : {PixelType_BGRa8, PixelType_Mono8})
+            {
+                ExpectMatchesReference(source, {output, {131, 3}, 1, 0, false, true, false, 1}, 7);
+                ExpectMatchesReference(source, {output, {9, 2}, 0, 0, false, true, false, 1}, 8);
+            }
+        }
+        ++tested;
+    }
+    hwy::SetSupportedTargetsForTest(0);
+    EXPECT_GE(tested, 2);
+}

@@ -211,9 +211,12 @@ void Bayer8RowToBgra8Impl(const uint8_t* HWY_RESTRICT above, const uint8_t* HWY_
     const auto one = hn::Set(di16, 1);
     const auto two = hn::Set(di16, 2);
     const auto alpha = hn::Set(d8, 255);
-    // Vectors start on even columns, so lane parity is column parity.
-    const auto colourSite =
-        hn::Eq(hn::And(hn::Iota(di16, 0), one), hn::Set(di16, static_cast<int16_t>(kind.colourParity)));
+    // Which lanes hold red or blue samples, for vectors starting on an even or an
+    // odd column (odd starts happen only with single-lane vectors).
+    const auto columnParity = hn::And(hn::Iota(di16, 0), one);
+    const auto colourParity = hn::Set(di16, static_cast<int16_t>(kind.colourParity));
+    const auto colourSiteFromEven = hn::Eq(columnParity, colourParity);
+    const auto colourSiteFromOdd = hn::Not(colourSiteFromEven);
 
     const auto scalarPixels = [&](uint32_t from, uint32_t to)
     {
@@ -243,6 +246,7 @@ void Bayer8RowToBgra8Impl(const uint8_t* HWY_RESTRICT above, const uint8_t* HWY_
         const auto meanCross = hn::ShiftRight<2>(hn::Add(hn::Add(horizontal, vertical), two));
         const auto meanDiagonal = hn::ShiftRight<2>(hn::Add(diagonal, two));
 
+        const auto colourSite = (x & 1u) == 0 ? colourSiteFromEven : colourSiteFromOdd;
         const auto own = hn::IfThenElse(colourSite, centre, meanHorizontal);
         const auto green = hn::IfThenElse(colourSite, meanCross, centre);
         const auto other = hn::IfThenElse(colourSite, meanDiagonal, meanVertical);
