@@ -31,10 +31,11 @@ struct LogState
     }
 };
 
+// Never destroyed, so that code running at exit can still log.
 LogState& state()
 {
-    static LogState instance;
-    return instance;
+    static LogState* const instance = new LogState;
+    return *instance;
 }
 
 } // namespace

@@ -62,7 +62,6 @@ private:
     std::atomic<ITypeInfoData*> m_data{nullptr};
 };
 
-// Entries live as long as the process: libraries keep pointers to them in statics.
 class TypeRegistration final : public ITypeRegistration
 {
 public:
@@ -128,8 +127,10 @@ bool TypeInfo::canConvert(const TypeInfo& other) const
 
 ITypeRegistration& TypeInfo::getTypeRegistration()
 {
-    static TypeRegistration registry;
-    return registry;
+    // Never destroyed: libraries keep pointers to its entries in statics of their
+    // own, and may look types up while they are torn down at exit.
+    static TypeRegistration* const registry = new TypeRegistration;
+    return *registry;
 }
 
 ITypeInfoData* TypeInfo::createTypeInfoData(const GenICam::gcstring& name, FactoryFunction factory)
