@@ -31,14 +31,13 @@ public:
     // one at most. A null element name leaves that form out.
     void Load(CElementReader& reader, const char* valueElement, const char* pointerElement)
     {
-        if (pointerElement != nullptr)
-        {
-            m_pointerElement = pointerElement;
-            m_pointerName = reader.Reference(pointerElement);
-        }
         if (valueElement != nullptr)
             m_constant = ReadConstant(reader, valueElement);
-        if (m_constant && m_pointerName)
+        if (pointerElement == nullptr)
+            return;
+        m_pointerElement = pointerElement;
+        m_pointerName = reader.Reference(pointerElement);
+        if (valueElement != nullptr && m_constant && m_pointerName)
             throw PROPERTY_EXCEPTION("[%s] has both %s and %s", reader.NodeName().c_str(), valueElement,
                                      pointerElement);
     }
