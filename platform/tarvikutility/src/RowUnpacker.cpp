@@ -168,7 +168,7 @@ void UnpackColorRow(const SourceImage& source, uint32_t y, uint16_t* out)
     case PixelPacking::Unpacked:
         for (uint32_t x = 0; x < width; ++x)
         {
-            uint16_t samples[3];
+            uint16_t samples[3] = {};
             if (format.depth <= 8)
             {
                 std::copy(row + channels * x, row + channels * x + 3, samples);
@@ -207,7 +207,7 @@ void UnpackColorRow(const SourceImage& source, uint32_t y, uint16_t* out)
         const uint8_t* planes[3] = {source.Row(y, 0), source.Row(y, 1), source.Row(y, 2)};
         for (uint32_t x = 0; x < width; ++x)
         {
-            uint16_t samples[3];
+            uint16_t samples[3] = {};
             for (uint32_t plane = 0; plane < 3; ++plane)
             {
                 samples[plane] = format.depth <= 8

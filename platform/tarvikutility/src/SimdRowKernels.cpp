@@ -84,27 +84,53 @@ void Mono16RowToMono8Impl(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RESTR
     }
 }
 
+#if HWY_TARGET != HWY_SCALAR
+// Four pixels per 128-bit block: one byte shuffle spreads 12 source bytes over 16
+// target bytes, and alpha is or-ed in. Narrow blocks beat wide interleaving here,
+// as a block never has to cross vector halves.
+size_t Rgb8RowToBgra8Vectors(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RESTRICT target, uint32_t width,
+                             bool blueFirst)
+{
+    const hn::Full128<uint8_t> d;
+    const hn::Full128<uint32_t> d32;
+    alignas(16) static constexpr uint8_t kFromRgb[16] = {2, 1, 0, 0x80, 5,  4,  3, 0x80,
+                                                         8, 7, 6, 0x80, 11, 10, 9, 0x80};
+    alignas(16) static constexpr uint8_t kFromBgr[16] = {0, 1, 2, 0x80, 3, 4,  5,  0x80,
+                                                         6, 7, 8, 0x80, 9, 10, 11, 0x80};
+    const auto shuffle = hn::Load(d, blueFirst ? kFromBgr : kFromRgb);
+    const auto alpha = hn::BitCast(d, hn::Set(d32, 0xFF000000u));
+    const auto block = [&](size_t x)
+    {
+        const auto pixels = hn::TableLookupBytesOr0(hn::LoadU(d, source + 3 * x), shuffle);
+        hn::StoreU(hn::Or(pixels, alpha), d, target + 4 * x);
+    };
+    // A block reads 16 source bytes for its 12: it may start only 6 pixels before the row end.
+    size_t x = 0;
+    for (; x + 18 <= width; x += 16)
+    {
+        block(x);
+        block(x + 4);
+        block(x + 8);
+        block(x + 12);
+    }
+    for (; x + 6 <= width; x += 4)
+    {
+        block(x);
+    }
+    return x;
+}
+#else
+// A single lane cannot shuffle bytes: the scalar tail does the whole row.
+size_t Rgb8RowToBgra8Vectors(const uint8_t*, uint8_t*, uint32_t, bool)
+{
+    return 0;
+}
+#endif
+
 void Rgb8RowToBgra8Impl(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RESTRICT target, uint32_t width,
                         bool blueFirst)
 {
-    const hn::ScalableTag<uint8_t> d;
-    const size_t lanes = hn::Lanes(d);
-    const auto alpha = hn::Set(d, 255);
-    size_t x = 0;
-    for (; x + lanes <= width; x += lanes)
-    {
-        hn::Vec<decltype(d)> first, second, third;
-        hn::LoadInterleaved3(d, source + 3 * x, first, second, third);
-        if (blueFirst)
-        {
-            hn::StoreInterleaved4(first, second, third, alpha, d, target + 4 * x);
-        }
-        else
-        {
-            hn::StoreInterleaved4(third, second, first, alpha, d, target + 4 * x);
-        }
-    }
-    for (; x < width; ++x)
+    for (size_t x = Rgb8RowToBgra8Vectors(source, target, width, blueFirst); x < width; ++x)
     {
         const uint8_t* pixel = source + 3 * x;
         StoreBgra(target, static_cast<uint32_t>(x), blueFirst ? pixel[2] : pixel[0], pixel[1],
