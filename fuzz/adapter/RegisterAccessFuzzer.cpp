@@ -83,7 +83,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         0);
     std::ostringstream text;
     int64_t address = 0;
-    for (CBasicNodeMapPort* port : {static_cast<CBasicNodeMapPort*>(count.get()), flag.get(), rate.get()})
+    for (CBasicNodeMapPort* port :
+         std::initializer_list<CBasicNodeMapPort*>{count.get(), flag.get(), rate.get()})
     {
         port->placeAndWriteXml(text, false, "Params", "", address);
     }
