@@ -1,10 +1,16 @@
 #include <TarvikUtility/ImageFormatConverter.h>
 
 #include "ConversionEngine.h"
+#include "ConverterPort.h"
+#include "ConverterRegisterDescription.h"
 #include "ConverterSettingsStore.h"
 
 #include <GCBase/GCException.h>
+#include <GenApi/NodeMapFactory.h>
+#include <GenApi/NodeMapRef.h>
 #include <TarvikBase/PixelTypeMapper.h>
+
+#include <mutex>
 
 namespace Tarvik
 {
@@ -12,6 +18,10 @@ namespace Tarvik
 struct CImageFormatConverter::Impl
 {
     Conversion::ConverterSettingsStore settings;
+    Conversion::ConverterPort port{settings};
+    std::once_flag nodeMapBuilt;
+    // Declared after the port, so the map is gone before the port it calls.
+    GenApi::CNodeMapRef nodeMap{"ImageFormatConverter"};
 };
 
 namespace
@@ -175,6 +185,20 @@ ImageFormatConverterSettings CImageFormatConverter::GetSettings() const
     return m_impl->settings.Snapshot();
 }
 
+GenApi::INodeMap* CImageFormatConverter::GetNodeMap()
+{
+    std::call_once(m_impl->nodeMapBuilt,
+                   [this]
+                   {
+                       const std::string description = Conversion::BuildConverterRegisterDescription();
+                       GenApi::CNodeMapFactory factory(GenApi::ContentType_Xml, description.data(),
+                                                       description.size());
+                       m_impl->nodeMap = factory.CreateNodeMap("ImageFormatConverter");
+                       m_impl->nodeMap._Connect(&m_impl->port, Conversion::kConverterPortName);
+                   });
+    return m_impl->nodeMap._Ptr;
+}
+
 bool CImageFormatConverter::IsSupportedInputFormat(EPixelType type)
 {
     return Conversion::DescribeSource(type).has_value();
@@ -188,6 +212,8 @@ bool CImageFormatConverter::IsSupportedOutputFormat(EPixelType type)
 void CConverterParameter::SetIntValue(int64_t value)
 {
     m_owner->m_impl->settings.Set(m_setting, value);
+    // Features of the node map that watch this setting learn of the change.
+    m_owner->m_impl->port.InvalidateNode();
 }
 
 int64_t CConverterParameter::GetIntValue() const

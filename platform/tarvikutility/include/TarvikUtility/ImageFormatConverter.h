@@ -27,6 +27,7 @@
 // Not thread-safe for conversions: one conversion at a time per converter. The
 // settings are guarded by a lock of their own, so the node map may be written
 // from another thread; a conversion uses the settings it found at its start.
+// GetNodeMap may be called from several threads.
 #pragma once
 
 #include <TarvikBase/PixelType.h>
@@ -39,6 +40,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+
+namespace GenApi
+{
+class INodeMap;
+}
 
 namespace Tarvik
 {
@@ -83,6 +89,14 @@ public:
 
     // Every setting as one value.
     ImageFormatConverterSettings GetSettings() const;
+
+    // The node map of the settings, with the features OutputPixelFormat,
+    // OutputPaddingX, OutputOrientation, OutputBitAlignment,
+    // InconvertibleEdgeHandling and MaxNumThreads under "Root". Built from the
+    // converter's own register description on first use; it reads and writes the
+    // same settings as the typed members, so a write through it changes the next
+    // conversion. Valid as long as the converter lives; guarded by a lock of its own.
+    GenApi::INodeMap* GetNodeMap();
 
     static bool IsSupportedInputFormat(EPixelType type);
     static bool IsSupportedOutputFormat(EPixelType type);
