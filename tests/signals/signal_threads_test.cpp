@@ -86,6 +86,45 @@ TEST(SignalThreads, WaitingStopReturnsOnlyAfterTheSlotOnAnotherThread)
     }
 }
 
+// Two threads run the slot; the second ends the connection with waiting from
+// within it. It waits for the first thread's call only, and wakes when that ends.
+TEST(SignalThreads, SlotStopsItsConnectionWhileRunningOnAnotherThreadToo)
+{
+    SignalType signal;
+    std::atomic<int> entries{0};
+    std::promise<void> firstEntered;
+    std::promise<void> secondAboutToWait;
+    std::atomic<bool> firstFinished{false};
+    bool firstFinishedWhenWaitEnded = false;
+    std::shared_ptr<Utils::IConnection> connection;
+    connection = signal.connect(
+        [&]
+        {
+            if (++entries == 1)
+            {
+                firstEntered.set_value();
+                secondAboutToWait.get_future().wait();
+                // The second clears the connection and starts waiting in one locked step.
+                while (connection->isConnected())
+                    std::this_thread::yield();
+                firstFinished = true;
+            }
+            else
+            {
+                secondAboutToWait.set_value();
+                connection->disconnect(true);
+                firstFinishedWhenWaitEnded = firstFinished;
+            }
+        });
+    std::thread first([&] { signal(); });
+    firstEntered.get_future().wait();
+    std::thread second([&] { signal(); });
+    first.join();
+    second.join();
+    EXPECT_TRUE(firstFinishedWhenWaitEnded);
+    EXPECT_EQ(entries, 2);
+}
+
 TEST(SignalThreads, StopWithoutWaitingReturnsWhileTheSlotRuns)
 {
     SignalType signal;
@@ -160,7 +199,7 @@ TEST(SignalThreads, NoCallAfterAWaitingStopUnderConcurrentFirings)
             });
     }
 
-    constexpr int rounds = 200;
+    constexpr int rounds = 100;
     std::vector<std::unique_ptr<SlotState>> states;
     for (int round = 0; round < rounds; ++round)
     {
