@@ -4,6 +4,7 @@
 #include <TarvikDataProcessingCore/core/INodeMapContainer.h>
 #include <TarvikDataProcessingCore/core/Image.h>
 #include <TarvikDataProcessingCore/core/ScalarValues.h>
+#include <tarvikdataprocessingcore/core/array_impl.h>
 
 namespace Tarvik::DataProcessing
 {
@@ -51,6 +52,14 @@ const TypeRegistrar<Image, DirectBase<IImage>, IndirectBase<IValue>, IndirectBas
 const TypeRegistrar<TarvikImage, DirectBase<IImage>, IndirectBase<IValue>, IndirectBase<IObject>>
     tarvikImageType("Tarvik::DataProcessing::Core::TarvikImage");
 
+const TypeRegistrar<IArray, DirectBase<IValue>, IndirectBase<IObject>>
+    arrayInterfaceType("Tarvik::DataProcessing::Core::IArray");
+const TypeRegistrar<IArrayT<IInteger>, DirectBase<IArray>, IndirectBase<IValue>, IndirectBase<IObject>>
+    integerArrayInterfaceType("Tarvik::DataProcessing::Core::IArrayT<IInteger>");
+const TypeRegistrar<Array<IInteger>, DirectBase<IArrayT<IInteger>>, IndirectBase<IArray>,
+                    IndirectBase<IValue>, IndirectBase<IObject>>
+    integerArrayType("Tarvik::DataProcessing::Core::Array<IInteger>");
+
 const TypeRegistrar<INode, DirectBase<IObject>, DirectBase<ISerializable>>
     nodeType("Tarvik::DataProcessing::Core::INode");
 const TypeRegistrar<NodeBase, DirectBase<INode>, IndirectBase<IObject>, IndirectBase<ISerializable>>
@@ -77,6 +86,8 @@ const COWPtrRegistrar<Image> imagePointerType("Tarvik::DataProcessing::Utils::CO
 const COWPtrRegistrar<TarvikImage>
     tarvikImagePointerType("Tarvik::DataProcessing::Utils::COWPtr<TarvikImage>");
 const COWPtrRegistrar<Float> floatPointerType("Tarvik::DataProcessing::Utils::COWPtr<Float>");
+const COWPtrRegistrar<Array<IInteger>>
+    integerArrayPointerType("Tarvik::DataProcessing::Utils::COWPtr<Array<IInteger>>");
 
 } // namespace
 } // namespace Tarvik::DataProcessing
