@@ -360,14 +360,6 @@ protected:
     Impl impl;
 };
 
-TEST_F(AdapterWiring, OwnPortsGiveEachDataPortARealPortAndCategoriesNone)
-{
-    impl.createNodeMap(&node.lock(), "", "");
-    EXPECT_EQ(impl.multiPort(), nullptr);
-    EXPECT_NE(port("Enable").getConnector(), nullptr);
-    EXPECT_EQ(port("Root").getConnector(), nullptr);
-}
-
 TEST_F(AdapterWiring, SharedPortServesEveryDataPortFromOneTable)
 {
     impl.createNodeMap(&node.lock(), "Params", "");

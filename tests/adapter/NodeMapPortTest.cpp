@@ -280,15 +280,6 @@ TEST_F(NodeMapPort, PlacingOnASharedPortAdvancesTheRunningAddressAndClearsThePor
     EXPECT_EQ(address, 0x60);
 }
 
-TEST_F(NodeMapPort, RelationsKeepOrderAndRepeats)
-{
-    integer.addRelation("Invalidator", "B");
-    integer.addRelation("Invalidator", "A");
-    integer.addRelation("Invalidator", "B");
-    EXPECT_EQ(integer.getRelation("Invalidator"), (std::list<gcstring>{"B", "A", "B"}));
-    EXPECT_TRUE(integer.getRelation("Selected").empty());
-}
-
 TEST_F(NodeMapPort, ChangeOfTheParameterReachesTheConnectorOnlyWhileConnected)
 {
     node.setEnable(true); // not connected yet: reaches nobody

@@ -120,24 +120,6 @@ TEST(ParameterPort, IntegerRelayConvertsBetweenSixtyFourBitsAndTheNodesType)
     EXPECT_EQ(binning.getValue(), int64_t{4294967295});
 }
 
-TEST(ParameterPort, GetValueReadsTheNodeEveryTime)
-{
-    TestNode node;
-    const auto port = node.makeWidthPort();
-    node.setWidth(1024);
-    EXPECT_EQ(port->getValue(), 1024);
-    node.setWidth(-8);
-    EXPECT_EQ(port->getValue(), -8);
-}
-
-TEST(ParameterPort, SetVisibilityReplacesTheWord)
-{
-    TestNode node;
-    const auto port = node.makeEnablePort();
-    port->setVisibility("Beginner");
-    EXPECT_STREQ(port->getVisibility(), "Beginner");
-}
-
 // How often the observer runs for a write through the port, by silence and novelty.
 struct ObserverCase
 {
@@ -185,18 +167,6 @@ TEST(ParameterPort, LoudWriteWithoutObserverChangesTheValueAndCallsNothing)
     port->setObserver(nullptr);
     port->setValue(false, false);
     EXPECT_FALSE(node.getEnable());
-}
-
-TEST(ParameterPort, ClearedObserverHearsNothing)
-{
-    TestNode node;
-    RecordingObserver observer;
-    const auto port = node.makeWidthPort();
-    port->setObserver(&observer);
-    port->setObserver(nullptr);
-    node.setWidth(32);
-    port->setValue(48, false);
-    EXPECT_EQ(observer.calls, 0);
 }
 
 TEST(ParameterPort, FloatRelayCountsNaNAsADifference)
