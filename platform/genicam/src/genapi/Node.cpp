@@ -82,9 +82,15 @@ void CNode::CollectReads(std::vector<CNode*>& reads) const
 
 bool CNode::Condition(const CNode* node, bool whenUnreadable)
 {
-    if (!IsReadable(node->AccessMode(EIntent::Read)))
+    // The read checks the node's access mode itself; asking first would ask twice.
+    try
+    {
+        return node->ReadInteger(false) != 0;
+    }
+    catch (const GenICam::AccessException&)
+    {
         return whenUnreadable;
-    return node->ReadInteger(false) != 0;
+    }
 }
 
 EAccessMode CNode::AccessMode(EIntent intent) const

@@ -89,21 +89,23 @@ CNode* CNodeMap::FindNode(const GenICam::gcstring& name) const
 std::exception_ptr CNodeMap::Flush() const
 {
     std::exception_ptr failure;
+    // Flush runs only at the end of the outermost access, so the scratch lists
+    // are never in use twice; they keep their capacity from one write to the next.
+    std::vector<CNode*>& reached = m_scratchNodes;
+    std::vector<std::shared_ptr<CNodeCallback>>& callbacks = m_scratchCallbacks;
     while (!m_pendingInvalidations.empty())
     {
-        std::vector<CNode*> roots;
-        roots.swap(m_pendingInvalidations);
-
         // Every node reachable through the dependents, each once.
         const uint64_t mark = ++m_visitMark;
-        std::vector<CNode*> reached;
-        for (CNode* root : roots)
+        reached.clear();
+        for (CNode* root : m_pendingInvalidations)
         {
             if (root->VisitMark() == mark)
                 continue;
             root->VisitMark() = mark;
             reached.push_back(root);
         }
+        m_pendingInvalidations.clear();
         for (size_t next = 0; next < reached.size(); ++next)
         {
             for (CNode* dependent : reached[next]->Dependents())
@@ -115,12 +117,12 @@ std::exception_ptr CNodeMap::Flush() const
             }
         }
 
+        callbacks.clear();
         for (CNode* node : reached)
+        {
             node->ClearCache();
-
-        std::vector<std::shared_ptr<CNodeCallback>> callbacks;
-        for (CNode* node : reached)
             node->CollectCallbacks(callbacks);
+        }
         for (const auto& callback : callbacks)
         {
             if (callback->GetCallbackType() == cbPostOutsideLock)
@@ -139,6 +141,7 @@ std::exception_ptr CNodeMap::Flush() const
             }
         }
     }
+    callbacks.clear(); // a deregistered callback goes now, not at the next write
     return failure;
 }
 

@@ -105,6 +105,8 @@ private:
     mutable uint64_t m_visitMark = 0;
     mutable std::vector<CNode*> m_pendingInvalidations;
     mutable std::vector<std::shared_ptr<CNodeCallback>> m_pendingOutsideCallbacks;
+    mutable std::vector<CNode*> m_scratchNodes;
+    mutable std::vector<std::shared_ptr<CNodeCallback>> m_scratchCallbacks;
 };
 
 } // namespace GenApi::Detail
