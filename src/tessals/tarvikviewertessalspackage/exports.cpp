@@ -2,6 +2,7 @@
 // constructor's exception reaches the caller, and the partly built node is gone.
 #include "exports.h"
 
+#include "converter.h"
 #include "gate.h"
 
 #include <cstdlib>
@@ -27,6 +28,16 @@ extern "C"
             return;
         std::free(*info);
         *info = nullptr;
+    }
+
+    TESSAL_EXPORT TessalNode* create_Converter(const TessalResourcePool& resourcePool)
+    {
+        return new Converter(resourcePool);
+    }
+
+    TESSAL_EXPORT void destroy_Converter(TessalNode* node)
+    {
+        delete node;
     }
 
     TESSAL_EXPORT TessalNode* create_Gate(const TessalResourcePool& resourcePool)

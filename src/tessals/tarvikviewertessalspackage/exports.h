@@ -24,6 +24,8 @@ extern "C"
     // Frees *info and sets it to null; takes the address of the caller's pointer.
     TESSAL_EXPORT void destroy_Info(char** info);
 
+    TESSAL_EXPORT TessalNode* create_Converter(const TessalResourcePool& resourcePool);
+    TESSAL_EXPORT void destroy_Converter(TessalNode* node);
     TESSAL_EXPORT TessalNode* create_Gate(const TessalResourcePool& resourcePool);
     TESSAL_EXPORT void destroy_Gate(TessalNode* node);
 }

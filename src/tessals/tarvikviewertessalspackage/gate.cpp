@@ -7,6 +7,7 @@
 #include <TarvikViewerDataTypes2/NoValue.h>
 
 #include <tarvikdataprocessingcore/threading/uniquelock_impl.h>
+#include <tarvikdataprocessingcore/utils/signal_impl.h>
 
 namespace TarvikViewerTessalPackage
 {
@@ -23,6 +24,8 @@ const char* const outputDescription = "A generic output";
 struct Gate::Impl
 {
     std::shared_ptr<Threading::RecursiveCLock> lock;
+    // Gate's maps never change: the signal is never fired.
+    Utils::Signal<void()> nodeMapsChanged;
     bool enable = false;
 };
 
@@ -112,6 +115,11 @@ std::vector<std::pair<GenICam::gcstring, GenApi::INodeMap*>> Gate::getNodeMaps()
 {
     // The node map of "Enable" arrives with the node-map adapter.
     return {};
+}
+
+Utils::ISignal<void()>& Gate::getNodeMapsChangedSignal()
+{
+    return m_impl->nodeMapsChanged;
 }
 
 void Gate::onInputTypeConfigured(const GenICam::gcstring& pin, const Utils::TypeInfo& type)

@@ -33,6 +33,7 @@ public:
     void save(const std::shared_ptr<Tarvik::DataProcessing::Core::ISettings>& settings) override;
 
     std::vector<std::pair<GenICam::gcstring, GenApi::INodeMap*>> getNodeMaps() override;
+    Tarvik::DataProcessing::Utils::ISignal<void()>& getNodeMapsChangedSignal() override;
 
     bool getEnable() const;
     void setEnable(bool enable);

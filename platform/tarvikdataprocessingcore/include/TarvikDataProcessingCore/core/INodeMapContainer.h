@@ -3,6 +3,7 @@
 // primary implementations.
 #pragma once
 
+#include <TarvikDataProcessingCore/utils/ISignal.h>
 #include <TarvikDataProcessingCore/utils/TypeInfo.h>
 
 #include <GCBase/GCString.h>
@@ -27,6 +28,8 @@ public:
     virtual ~INodeMapContainer();
     // Each map by name, such as "@Tessal"; owned by the node and valid while it lives.
     virtual std::vector<std::pair<GenICam::gcstring, GenApi::INodeMap*>> getNodeMaps() = 0;
+    // Fired when the set of maps changes.
+    virtual Utils::ISignal<void()>& getNodeMapsChangedSignal() = 0;
 };
 
 } // namespace Tarvik::DataProcessing::Core
