@@ -17,7 +17,7 @@ int64_t FloatToInteger(const CNode& node, double value)
 {
     // 2^63 is the first double above the int64_t range.
     constexpr double limit = 9223372036854775808.0;
-    const double rounded = std::nearbyint(value);
+    const double rounded = std::round(value); // halves away from zero
     if (!(rounded >= -limit && rounded < limit))
         throw OUT_OF_RANGE_EXCEPTION("[%s] value %s has no integer counterpart", node.Name().c_str(),
                                      FormatFloat(value).c_str());

@@ -18,7 +18,8 @@
 namespace GenApi::Detail
 {
 
-// The nearest integer to value; OutOfRangeException naming the node if there is none.
+// The nearest integer to value, halves away from zero; OutOfRangeException naming
+// the node if there is none.
 int64_t FloatToInteger(const CNode& node, double value);
 
 template <class T>
