@@ -43,6 +43,8 @@ public:
         return update && waitUntilSpaceAvailable() && createJob(update, {{"Out", value}}, nullptr);
     }
 
+    void declareOutputAgain() { createOutput("Out", "again", Utils::TypeInfo::get<Core::IValue>(true), true, ~0ull); }
+
     std::vector<std::string> calls;
 
 protected:
@@ -77,6 +79,14 @@ TEST(NodeBase, ConfiguresOnlyConfigurableInputsWithCompatibleTypes)
     EXPECT_THROW(node.configureInputType("Missing", integer), GenICam::InvalidArgumentException);
     EXPECT_THROW(node.configureInputType("In", Utils::TypeInfo()), GenICam::InvalidArgumentException);
     EXPECT_EQ(node.calls.size(), 2u);
+}
+
+TEST(NodeBase, RefusesASecondPinOfOneNameInOneDirection)
+{
+    EchoNode node;
+    EXPECT_THROW(node.declareOutputAgain(), GenICam::InvalidArgumentException);
+    EXPECT_EQ(node.getOutputDescriptors().size(), 1u);
+    EXPECT_EQ(node.getOutputDescriptors()[0].description, "output");
 }
 
 TEST(AdvancedNode, DeliversJobsOnlyWhileRunningAndToASink)

@@ -31,13 +31,6 @@ std::shared_ptr<Threading::IRecursiveLockable> NodeBase::getLock() const
 
 namespace
 {
-void requireNewPin(const std::vector<PinDescriptor>& pins, const GenICam::gcstring& name,
-                   const char* direction)
-{
-    if (std::any_of(pins.begin(), pins.end(), [&](const PinDescriptor& pin) { return pin.name == name; }))
-        throw INVALID_ARGUMENT_EXCEPTION("The %s pin '%s' exists already.", direction, name.c_str());
-}
-
 void removePin(std::vector<PinDescriptor>& pins, const GenICam::gcstring& name)
 {
     std::erase_if(pins, [&](const PinDescriptor& pin) { return pin.name == name; });
@@ -47,47 +40,28 @@ void removePin(std::vector<PinDescriptor>& pins, const GenICam::gcstring& name)
 void NodeBase::createInput(const GenICam::gcstring& name, const GenICam::gcstring& description,
                            const Utils::TypeInfo& type, bool flag, uint64_t limit)
 {
-    std::lock_guard guard(m_mutex);
-    requireNewPin(m_inputs, name, "input");
-    PinDescriptor pin;
-    pin.name = name;
-    pin.description = description;
-    pin.type = type;
-    pin.flag = flag;
-    pin.limit = limit;
-    m_inputs.push_back(std::move(pin));
+    addPin(m_inputs, "input", {name, description, type, {}, false, false, flag, limit, {}});
 }
 
 void NodeBase::createInput(const GenICam::gcstring& name, const GenICam::gcstring& description,
                            const Utils::TypeInfo& type, const Utils::Variant& defaultValue, bool configurable,
                            bool flag, uint64_t limit)
 {
-    std::lock_guard guard(m_mutex);
-    requireNewPin(m_inputs, name, "input");
-    PinDescriptor pin;
-    pin.name = name;
-    pin.description = description;
-    pin.type = type;
-    pin.defaultValue = defaultValue;
-    pin.hasDefault = true;
-    pin.configurable = configurable;
-    pin.flag = flag;
-    pin.limit = limit;
-    m_inputs.push_back(std::move(pin));
+    addPin(m_inputs, "input", {name, description, type, defaultValue, true, configurable, flag, limit, {}});
 }
 
 void NodeBase::createOutput(const GenICam::gcstring& name, const GenICam::gcstring& description,
                             const Utils::TypeInfo& type, bool flag, uint64_t limit)
 {
+    addPin(m_outputs, "output", {name, description, type, {}, false, false, flag, limit, {}});
+}
+
+void NodeBase::addPin(std::vector<PinDescriptor>& pins, const char* direction, PinDescriptor pin)
+{
     std::lock_guard guard(m_mutex);
-    requireNewPin(m_outputs, name, "output");
-    PinDescriptor pin;
-    pin.name = name;
-    pin.description = description;
-    pin.type = type;
-    pin.flag = flag;
-    pin.limit = limit;
-    m_outputs.push_back(std::move(pin));
+    if (std::any_of(pins.begin(), pins.end(), [&](const PinDescriptor& p) { return p.name == pin.name; }))
+        throw INVALID_ARGUMENT_EXCEPTION("The %s pin '%s' exists already.", direction, pin.name.c_str());
+    pins.push_back(std::move(pin));
 }
 
 void NodeBase::removeInput(const GenICam::gcstring& name)

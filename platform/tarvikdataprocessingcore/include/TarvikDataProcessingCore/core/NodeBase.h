@@ -75,6 +75,7 @@ protected:
     bool deliver(const std::shared_ptr<IGraphUpdate>& update, const ValueMap& outputs);
 
 private:
+    void addPin(std::vector<PinDescriptor>& pins, const char* direction, PinDescriptor pin);
     PinDescriptor* findInput(const GenICam::gcstring& name);
     const PinDescriptor* findInput(const GenICam::gcstring& name) const;
 
