@@ -23,8 +23,9 @@ public:
     CAnythingToNodeMapAdapterBaseImpl(const CAnythingToNodeMapAdapterBaseImpl&) = delete;
     CAnythingToNodeMapAdapterBaseImpl& operator=(const CAnythingToNodeMapAdapterBaseImpl&) = delete;
 
-    // Stores port under name. A former port of that name is detached and destroyed
-    // first, so that it cannot clear the observer of a parameter port that both share.
+    // Stores a NodeMapPort for parameterPort under the parameter's name; a null port is
+    // ignored. A former port of that name is detached and destroyed first, so that it
+    // cannot clear the observer of a parameter port that both share.
     template <typename NodeMapPort, typename ParameterPort>
     void addPort(std::shared_ptr<ParameterPort> parameterPort, int32_t mergePriority);
 
