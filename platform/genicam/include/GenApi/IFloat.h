@@ -19,7 +19,9 @@ public:
 
     // With Verify, a value outside [GetMin(), GetMax()] or, with an increment,
     // off its grid raises OutOfRangeException naming the feature and the limit.
-    // A feature that is not writable now raises AccessException.
+    // Verify false skips these checks, never the access mode: a feature that is
+    // not writable now raises AccessException. Between float and integer nodes
+    // values are rounded to the nearest integer, halves away from zero.
     virtual void SetValue(double Value, bool Verify = true) = 0;
     virtual double GetValue(bool Verify = false, bool IgnoreCache = false) const = 0;
 

@@ -19,7 +19,8 @@ public:
 
     // With Verify, a value below GetMin(), above GetMax() or off the grid
     // GetMin() + k * GetInc() raises OutOfRangeException naming the feature and
-    // the limit. A feature that is not writable now raises AccessException.
+    // the limit. Verify false skips these checks, never the access mode: a
+    // feature that is not writable now raises AccessException.
     virtual void SetValue(int64_t Value, bool Verify = true) = 0;
     virtual int64_t GetValue(bool Verify = false, bool IgnoreCache = false) const = 0;
 

@@ -6,6 +6,11 @@
 //     CNodeMapRef ref;
 //     ref = factory.CreateNodeMap(lock, "Device", true);
 //
+// Node classes: Category, Integer, IntReg, Boolean, Enumeration with EnumEntry,
+// Float, FloatReg and Port, with Group elements flattened. A document with
+// another node class (Command, String, SwissKnife ...) is refused, as is an
+// element a node class of this runtime does not read.
+//
 // A document that is not well-formed XML, is not a register description of
 // schema version 1.1, names a node that does not exist, holds two nodes of one
 // name, has a register without a port, or is otherwise wrong, is refused with a
