@@ -16,7 +16,8 @@ using Utils::COWPtr;
 namespace
 {
 
-using IntegerArray = Array<IInteger>;
+using IntegerArray = Array<IInteger, void>;
+using IntegerArrayInterface = Core::IArrayT<IInteger, void>;
 
 std::shared_ptr<Threading::RecursiveMutex> freshLock()
 {
@@ -224,7 +225,7 @@ TEST_F(ArrayTest, SelfAssignmentDoesNothing)
     Observer observer(array);
     readProperties(array);
     array.assign(static_cast<const Core::IArray&>(array));
-    array.assign(static_cast<const Core::IArrayT<IInteger>&>(array));
+    array.assign(static_cast<const IntegerArrayInterface&>(array));
     EXPECT_EQ(observer.sizeChanges, 0);
     EXPECT_EQ(array.getSize(), 2u);
 }
@@ -255,7 +256,7 @@ TEST_F(ArrayTest, AssignmentFromIArrayTakesElementsOrError)
 
 TEST_F(ArrayTest, AssignmentFromIncompatibleArrayLeavesTargetAsItWas)
 {
-    Array<Core::IBoolean> flags(0, freshLock());
+    Array<Core::IBoolean, void> flags(0, freshLock());
     flags.pushBack(COWPtr<Core::IBoolean>(new Core::Boolean(true, freshLock())));
     IntegerArray target(0, freshLock());
     target.pushBack(integer(3));
@@ -272,7 +273,7 @@ TEST_F(ArrayTest, TypedAssignmentNeedsSourceData)
 {
     IntegerArray neverFilled(0, freshLock());
     IntegerArray target(1, freshLock());
-    EXPECT_EQ(failureOf([&] { target.assign(static_cast<const Core::IArrayT<IInteger>&>(neverFilled)); }),
+    EXPECT_EQ(failureOf([&] { target.assign(static_cast<const IntegerArrayInterface&>(neverFilled)); }),
               "RuntimeException: Invalid array data retrieved.");
     EXPECT_EQ(target.getSize(), 1u);
 
@@ -280,14 +281,14 @@ TEST_F(ArrayTest, TypedAssignmentNeedsSourceData)
     source.pushBack(integer(11));
     source.pushBack(integer(12));
     target.setError(error("old"));
-    target.assign(static_cast<const Core::IArrayT<IInteger>&>(source));
+    target.assign(static_cast<const IntegerArrayInterface&>(source));
     ASSERT_EQ(target.getSize(), 2u);
     EXPECT_EQ(std::as_const(target).data()[1]->getValue(), 12);
     EXPECT_EQ(target.elementAt(1).getUseCount(), 3);
 
     const auto cause = error("failed");
     IntegerArray failed(cause, freshLock());
-    target.assign(static_cast<const Core::IArrayT<IInteger>&>(failed));
+    target.assign(static_cast<const IntegerArrayInterface&>(failed));
     EXPECT_EQ(target.getError(false), cause);
 }
 
@@ -296,12 +297,29 @@ TEST_F(ArrayTest, TravelsInVariantAsItsInterface)
     IntegerArray array(0, freshLock());
     array.pushBack(integer(42));
     const Utils::Variant value(array);
-    const COWPtr<Core::IArrayT<IInteger>> seen = value.get<COWPtr<Core::IArrayT<IInteger>>>(true);
+    const COWPtr<IntegerArrayInterface> seen = value.get<COWPtr<IntegerArrayInterface>>(true);
     ASSERT_EQ(seen->getSize(), 1u);
     EXPECT_EQ(seen->elementRef(0)->getValue(), 42);
     EXPECT_EQ(seen->getTypeInfo(true).getName(), Utils::TypeInfo::get<IntegerArray>(true).getName());
     array.elementRef(0) = integer(0); // the Variant holds a copy of the array
     EXPECT_EQ(seen->elementRef(0)->getValue(), 42);
+}
+
+TEST_F(ArrayTest, TypesAreRegisteredUnderTheFrameworksIdentifiers)
+{
+    int size = 0;
+    Utils::TypeInfo::getTypeIdentifier<COWPtr<IntegerArray>>(nullptr, &size);
+    std::string identifier(static_cast<size_t>(size), '\0');
+    Utils::TypeInfo::getTypeIdentifier<COWPtr<IntegerArray>>(identifier.data(), &size);
+    EXPECT_EQ(identifier.c_str(), std::string("class Tarvik::DataProcessing::Utils::COWPtr<class "
+                                              "Tarvik::DataProcessing::Core::Array<class "
+                                              "Tarvik::DataProcessing::Core::IInteger,void> >"));
+    EXPECT_TRUE(Utils::TypeInfo::get<COWPtr<IntegerArray>>(false).isValid());
+    const Utils::TypeInfo arrayType = Utils::TypeInfo::get<IntegerArray>(true);
+    for (const Utils::TypeInfo& base :
+         {Utils::TypeInfo::get<IntegerArrayInterface>(true), Utils::TypeInfo::get<Core::IArray>(true),
+          Utils::TypeInfo::get<Core::IValue>(true), Utils::TypeInfo::get<Utils::IObject>(true)})
+        EXPECT_TRUE(arrayType.canConvert(base)) << base.getName();
 }
 
 // A binding whose getter counts its calls.

@@ -1,5 +1,5 @@
-// Array<T>: the array value whose elements are COWPtr<T> handles, with a live
-// size and emptiness. Array<IInteger> carries the histograms between nodes.
+// Array<T, void>: the array value whose elements are COWPtr<T> handles, with a live
+// size and emptiness. Array<IInteger, void> carries the histograms between nodes.
 //
 // An array is in one of two states: it holds elements, or it carries an error
 // and no elements. Every operation on the elements raises "Array is in error
@@ -33,7 +33,7 @@
 namespace Tarvik::DataProcessing::Core
 {
 
-template <typename T, typename Enable = void>
+template <typename T, typename Enable>
 class Array final : public IArrayT<T, Enable>
 {
 public:

@@ -54,9 +54,9 @@ const TypeRegistrar<TarvikImage, DirectBase<IImage>, IndirectBase<IValue>, Indir
 
 const TypeRegistrar<IArray, DirectBase<IValue>, IndirectBase<IObject>>
     arrayInterfaceType("Tarvik::DataProcessing::Core::IArray");
-const TypeRegistrar<IArrayT<IInteger>, DirectBase<IArray>, IndirectBase<IValue>, IndirectBase<IObject>>
+const TypeRegistrar<IArrayT<IInteger, void>, DirectBase<IArray>, IndirectBase<IValue>, IndirectBase<IObject>>
     integerArrayInterfaceType("Tarvik::DataProcessing::Core::IArrayT<IInteger>");
-const TypeRegistrar<Array<IInteger>, DirectBase<IArrayT<IInteger>>, IndirectBase<IArray>,
+const TypeRegistrar<Array<IInteger, void>, DirectBase<IArrayT<IInteger, void>>, IndirectBase<IArray>,
                     IndirectBase<IValue>, IndirectBase<IObject>>
     integerArrayType("Tarvik::DataProcessing::Core::Array<IInteger>");
 
@@ -86,7 +86,7 @@ const COWPtrRegistrar<Image> imagePointerType("Tarvik::DataProcessing::Utils::CO
 const COWPtrRegistrar<TarvikImage>
     tarvikImagePointerType("Tarvik::DataProcessing::Utils::COWPtr<TarvikImage>");
 const COWPtrRegistrar<Float> floatPointerType("Tarvik::DataProcessing::Utils::COWPtr<Float>");
-const COWPtrRegistrar<Array<IInteger>>
+const COWPtrRegistrar<Array<IInteger, void>>
     integerArrayPointerType("Tarvik::DataProcessing::Utils::COWPtr<Array<IInteger>>");
 
 } // namespace

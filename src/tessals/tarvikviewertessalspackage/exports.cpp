@@ -4,6 +4,7 @@
 
 #include "converter.h"
 #include "gate.h"
+#include "histogramextractor.h"
 
 #include <cstdlib>
 
@@ -46,6 +47,16 @@ extern "C"
     }
 
     TESSAL_EXPORT void destroy_Gate(TessalNode* node)
+    {
+        delete node;
+    }
+
+    TESSAL_EXPORT TessalNode* create_HistogramExtractor(const TessalResourcePool& resourcePool)
+    {
+        return new HistogramExtractor(resourcePool);
+    }
+
+    TESSAL_EXPORT void destroy_HistogramExtractor(TessalNode* node)
     {
         delete node;
     }

@@ -28,4 +28,6 @@ extern "C"
     TESSAL_EXPORT void destroy_Converter(TessalNode* node);
     TESSAL_EXPORT TessalNode* create_Gate(const TessalResourcePool& resourcePool);
     TESSAL_EXPORT void destroy_Gate(TessalNode* node);
+    TESSAL_EXPORT TessalNode* create_HistogramExtractor(const TessalResourcePool& resourcePool);
+    TESSAL_EXPORT void destroy_HistogramExtractor(TessalNode* node);
 }

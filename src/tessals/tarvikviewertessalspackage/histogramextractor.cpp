@@ -14,7 +14,7 @@ namespace TarvikViewerTessalPackage
 
 using namespace Tarvik::DataProcessing;
 namespace HistogramNames = Names::HistogramExtractor;
-using Histogram = Core::Array<Core::IInteger>;
+using Histogram = Core::Array<Core::IInteger, void>;
 
 namespace
 {
@@ -64,7 +64,7 @@ HistogramExtractor::HistogramExtractor(const std::shared_ptr<Core::IResourcePool
     : AdvancedNode(resourcePool)
     , m_impl(std::make_unique<Impl>())
 {
-    const Utils::TypeInfo histogramType = Utils::TypeInfo::get<Core::IArrayT<Core::IInteger>>(true);
+    const Utils::TypeInfo histogramType = Utils::TypeInfo::get<Core::IArrayT<Core::IInteger, void>>(true);
     createInput(HistogramNames::InputImage, "Image input", Utils::TypeInfo::get<Core::IImage>(true), false,
                 unlimited);
     createOutput(HistogramNames::OutputRed, "Red channel output", histogramType, true, unlimited);

@@ -1,5 +1,5 @@
 // Arrays of values: the untyped interface IArray, which the framework uses for
-// every element type, and the typed interface IArrayT<T>, whose elements are
+// every element type, and the typed interface IArrayT<T, void>, whose elements are
 // COWPtr<T> handles. Both can carry an error instead of elements.
 //
 // The size and emptiness of an array are live properties: they are computed
@@ -56,7 +56,9 @@ public:
     virtual Utils::IReadOnlyPropertyT<IBoolean>& getEmptyProperty() = 0;
 };
 
-template <typename T, typename Enable = void>
+// No default for `Enable`: a default argument would be left out of the type's
+// identifier text wherever the compiler saw the short spelling first.
+template <typename T, typename Enable>
 class IArrayT : public IArray
 {
 public:

@@ -1,0 +1,361 @@
+#include "log_capture.h"
+#include "node_test_support.h"
+#include "reference_histogram.h"
+
+#include <TarvikDataProcessingCore/core/IArray.h>
+#include <TarvikDataProcessingCore/core/ScalarValues.h>
+
+#include <TarvikUtility/ImageFormatConverter.h>
+
+#include <regex>
+
+using namespace NodeTestSupport;
+using namespace HistogramTest;
+using Tarvik::EPixelType;
+
+namespace
+{
+
+using HistogramArray = Core::IArrayT<Core::IInteger, void>;
+using Counts = std::vector<uint32_t>;
+
+const std::string prefix = "Could not extract histogram data. Reason: ";
+const char* const allPins[] = {"Red", "Green", "Blue", "Lum"};
+
+class HistogramExtractorTest : public ::testing::Test
+{
+protected:
+    PackageLoader package{builtPackagePath()};
+    std::shared_ptr<Core::INode> node = package.createNode("HistogramExtractor");
+    std::shared_ptr<Core::IGraphUpdate> update = std::make_shared<TestUpdate>();
+
+    Core::ValueMap run(Core::ValueMap inputs) { return node->run(update, std::move(inputs)).at(update); }
+
+    Core::ValueMap runOn(EPixelType type, const SampleGrid& grid, Packing packing, uint32_t bits,
+                         size_t paddingX)
+    {
+        return run({{"Image", imageVariant(type, grid.width, grid.height, paddingX,
+                                           encode(grid, packing, bits, paddingX))}});
+    }
+
+    static Utils::COWPtr<HistogramArray> array(const Core::ValueMap& outputs, const char* pin)
+    {
+        return outputs.at(pin).get<Utils::COWPtr<HistogramArray>>(true);
+    }
+
+    // The counts of one pin, each element read as the Integer it must be.
+    static Counts counts(const Core::ValueMap& outputs, const char* pin)
+    {
+        const auto histogram = array(outputs, pin);
+        EXPECT_FALSE(histogram->hasError(true)) << pin << ": " << histogram->getError(true)->getDescription();
+        Counts result;
+        for (size_t value = 0; value < histogram->getSize(); ++value)
+            result.push_back(static_cast<uint32_t>(histogram->elementRef(value)->getValue()));
+        return result;
+    }
+
+    static void expectPins(const Core::ValueMap& outputs, std::initializer_list<const char*> pins)
+    {
+        std::vector<std::string> names;
+        for (const auto& [name, value] : outputs)
+            names.push_back(name.c_str());
+        EXPECT_EQ(names, std::vector<std::string>(pins.begin(), pins.end()));
+    }
+
+    static void expectMono(const Core::ValueMap& outputs, const Counts& lum)
+    {
+        expectPins(outputs, {"Lum"});
+        EXPECT_EQ(counts(outputs, "Lum"), lum);
+    }
+
+    static void expectColour(const Core::ValueMap& outputs, const Histograms& expected)
+    {
+        expectPins(outputs, {"Blue", "Green", "Red"});
+        EXPECT_EQ(counts(outputs, "Red"), expected.red);
+        EXPECT_EQ(counts(outputs, "Green"), expected.green);
+        EXPECT_EQ(counts(outputs, "Blue"), expected.blue);
+    }
+
+    // All four pins in error state with one shared description, which is returned.
+    static std::string failureOf(const Core::ValueMap& outputs)
+    {
+        expectPins(outputs, {"Blue", "Green", "Lum", "Red"});
+        const std::string description = array(outputs, "Red")->getError(false)->getDescription().c_str();
+        for (const char* pin : allPins)
+        {
+            const auto histogram = array(outputs, pin);
+            EXPECT_TRUE(histogram->hasError(false)) << pin;
+            EXPECT_EQ(histogram->getError(false)->getDescription().c_str(), description) << pin;
+        }
+        return description;
+    }
+};
+
+void expectOneCheckLine(const LogCapture& log, const std::string& message)
+{
+    const auto entries = log.entries();
+    ASSERT_EQ(entries.size(), 1u);
+    EXPECT_EQ(entries[0].severity, Utils::Severitiy_Error);
+    EXPECT_EQ(entries[0].category, "tarvik.dataprocessing.tessal.HistogramExtractor");
+    const std::regex line(
+        "HistogramExtractor 0x[0-9a-f]+: TarvikViewerTessalPackage::HistogramExtractor::run "
+        "failed\\. Message: \"" +
+        std::regex_replace(message, std::regex("[.>]"), "\\$&") +
+        "\" \\(src/tessals/tarvikviewertessalspackage/histogramextractor\\.cpp:[0-9]+\\)");
+    EXPECT_TRUE(std::regex_match(entries[0].text, line)) << entries[0].text;
+}
+
+// An image over bytes of the test's own, of any pixel type; with the type 0 it
+// cannot tell its type and throws an exception of neither family.
+class FakeImage : public Core::IImage
+{
+public:
+    FakeImage(EPixelType type, std::vector<uint8_t> bytes)
+        : m_type(type)
+        , m_bytes(std::move(bytes))
+    {
+    }
+    bool hasError(bool) const override { return false; }
+    std::shared_ptr<Core::IError> getError(bool) const override { return nullptr; }
+    EPixelType getPixelType() const override
+    {
+        if (m_type == 0)
+            throw 42;
+        return m_type;
+    }
+    uint32_t getWidth() const override { return 2; }
+    uint32_t getHeight() const override { return 2; }
+    size_t getImageSize() const override { return m_bytes.size(); }
+    Core::ImageDataView<const void> getImageData() const override { return {m_bytes.data(), 0}; }
+    Core::ImageDataView<void> getImageData() override { return {m_bytes.data(), 0}; }
+    Utils::TypeInfo getTypeInfo(bool mustExist) const override
+    {
+        return Utils::TypeInfo::get<FakeImage>(mustExist);
+    }
+    const void* getRawPointer() const override { return this; }
+    void* getRawPointer() override { return this; }
+
+private:
+    EPixelType m_type;
+    std::vector<uint8_t> m_bytes;
+};
+
+Utils::Variant fakeImage(EPixelType type)
+{
+    Utils::Variant variant;
+    variant.setData(Utils::COWPtr<Core::IImage>(new FakeImage(type, std::vector<uint8_t>(12, 1))));
+    return variant;
+}
+
+const Utils::TypeRegistrar<FakeImage, Utils::DirectBase<Core::IImage>, Utils::IndirectBase<Core::IValue>,
+                           Utils::IndirectBase<Utils::IObject>>
+    fakeImageType("FakeImage");
+
+TEST_F(HistogramExtractorTest, DeclaresOneImageInputAndFourArrayOutputs)
+{
+    const auto inputs = node->getInputDescriptors();
+    ASSERT_EQ(inputs.size(), 1u);
+    EXPECT_EQ(inputs[0].name, "Image");
+    EXPECT_EQ(inputs[0].description, "Image input");
+    EXPECT_EQ(inputs[0].type, Utils::TypeInfo::get<Core::IImage>(true));
+    EXPECT_FALSE(inputs[0].flag);
+
+    const auto outputs = node->getOutputDescriptors();
+    const std::pair<const char*, const char*> expected[] = {{"Red", "Red channel output"},
+                                                            {"Green", "Green channel output"},
+                                                            {"Blue", "Blue channel output"},
+                                                            {"Lum", "Lum channel output"}};
+    ASSERT_EQ(outputs.size(), 4u);
+    for (size_t i = 0; i < 4; ++i)
+    {
+        EXPECT_EQ(outputs[i].name, expected[i].first);
+        EXPECT_EQ(outputs[i].description, expected[i].second);
+        EXPECT_EQ(outputs[i].type, Utils::TypeInfo::get<HistogramArray>(true));
+        EXPECT_TRUE(outputs[i].flag);
+    }
+    EXPECT_EQ(nodeMapContainer(*node), nullptr);
+    EXPECT_TRUE(node->isSynchronous());
+}
+
+TEST_F(HistogramExtractorTest, RefusesMissingInvalidAndForeignInputsWithOneLogLine)
+{
+    struct Case
+    {
+        Core::ValueMap inputs;
+        std::string message;
+    };
+    const std::string noImage = "Input data does not contain an image or input data is not valid.";
+    const Case cases[] = {
+        {{}, noImage},
+        {{{"Image", Utils::Variant()}}, noImage},
+        {{{"Image", Utils::Variant(Core::Integer(3, nullptr))}}, "Input image is not of type IImage."},
+        {{{"Image", imageVariant(Tarvik::PixelType_Mono8, 0, 4, 0, {})}},
+         "Input image has no width or height."},
+        {{{"Image", imageVariant(Tarvik::PixelType_RGB16, 4, 0, 0, {})}},
+         "Input image has no width or height."},
+    };
+    for (const Case& c : cases)
+    {
+        LogCapture log;
+        EXPECT_EQ(failureOf(run(c.inputs)), prefix + c.message);
+        expectOneCheckLine(log, c.message);
+    }
+}
+
+TEST_F(HistogramExtractorTest, HandsTheImagesOwnErrorToAllFourPinsWithoutALogLine)
+{
+    LogCapture log;
+    const auto error = std::make_shared<Core::InvalidValueError>("sensor fault", Utils::DateTime::now());
+    Utils::Variant input;
+    input.setData(Utils::COWPtr<Core::IImage>(new Core::Image(error, nullptr)));
+    const auto outputs = run({{"Image", input}});
+    EXPECT_EQ(failureOf(outputs), "sensor fault");
+    for (const char* pin : allPins)
+        EXPECT_EQ(array(outputs, pin)->getError(false), error) << pin;
+    EXPECT_TRUE(log.entries().empty());
+}
+
+TEST_F(HistogramExtractorTest, FailuresInsideTheCountingEndAsErrorValuesWithoutALogLine)
+{
+    LogCapture log;
+    // A stray 13-bit value fails a Bayer image as a whole.
+    const auto outputs =
+        runOn(Tarvik::PixelType_BayerRG12, SampleGrid{2, 2, 1, {1, 5000, 2, 3}}, Packing::Words, 12, 0);
+    EXPECT_EQ(failureOf(outputs), prefix + "Internal error in histogram sampling. Sample out of range.");
+
+    // The undefined type is refused by the format converter.
+    const std::string refused = failureOf(run({{"Image", fakeImage(Tarvik::PixelType_Undefined)}}));
+    EXPECT_TRUE(refused.starts_with(prefix)) << refused;
+    EXPECT_GT(refused.size(), prefix.size());
+
+    EXPECT_EQ(failureOf(run({{"Image", fakeImage(static_cast<EPixelType>(0))}})),
+              prefix + "Unknown exception occurred.");
+    EXPECT_TRUE(log.entries().empty());
+}
+
+TEST_F(HistogramExtractorTest, Mono8GivesOnlyLumAndBayerAndColourOnlyRedGreenBlue)
+{
+    const SampleGrid mono = randomGrid(640, 480, 1, 256, 1);
+    const auto lum = runOn(Tarvik::PixelType_Mono8, mono, Packing::Bytes, 8, 13);
+    expectMono(lum, referenceMono(mono, 256).lum);
+    EXPECT_EQ(array(lum, "Lum")->getSizeProperty()->getValue(), 256);
+
+    const SampleGrid bayer = randomGrid(31, 9, 1, 256, 2);
+    expectColour(runOn(Tarvik::PixelType_BayerRG8, bayer, Packing::Bytes, 8, 1),
+                 referenceBayer(bayer, 256, Pattern::RG));
+
+    const SampleGrid rgb = randomGrid(9, 31, 3, 256, 3);
+    expectColour(runOn(Tarvik::PixelType_RGB8, rgb, Packing::Bytes, 8, 2),
+                 referenceColor(rgb, 256, "RGB", false));
+}
+
+TEST_F(HistogramExtractorTest, Mono16GivesAnIntegerPerValueAndTheNextImageStartsAfresh)
+{
+    SampleGrid grid{512, 128, 1, std::vector<uint16_t>(512 * 128)};
+    for (size_t i = 0; i < grid.samples.size(); ++i)
+        grid.samples[i] = static_cast<uint16_t>(i % 65536);
+    const auto wide = runOn(Tarvik::PixelType_Mono16, grid, Packing::Words, 16, 0);
+    const auto histogram = array(wide, "Lum");
+    ASSERT_EQ(histogram->getSize(), 65536u);
+    EXPECT_EQ(histogram->elementRef(65535)->getTypeInfo(true), Utils::TypeInfo::get<Core::Integer>(true));
+    EXPECT_EQ(counts(wide, "Lum"), Counts(65536, 1));
+
+    const SampleGrid narrow = randomGrid(16, 16, 1, 256, 4);
+    const auto next = runOn(Tarvik::PixelType_Mono8, narrow, Packing::Bytes, 8, 0);
+    expectMono(next, referenceMono(narrow, 256).lum);
+}
+
+struct PackedFormat
+{
+    const char* name;
+    EPixelType type;
+    Packing packing;
+    uint32_t bits;
+    bool bayer;
+    Pattern pattern;
+};
+
+// Unpacked first, then counted into the bins of the input's depth.
+TEST_F(HistogramExtractorTest, PackedFormatsAreUnpackedWithTheirValuesAndPattern)
+{
+    using namespace Tarvik;
+    const PackedFormat formats[] = {
+        {"Mono1p", PixelType_Mono1p, Packing::LsbStream, 1, false, Pattern::RG},
+        {"Mono2p", PixelType_Mono2p, Packing::LsbStream, 2, false, Pattern::RG},
+        {"Mono4p", PixelType_Mono4p, Packing::LsbStream, 4, false, Pattern::RG},
+        {"Mono10p", PixelType_Mono10p, Packing::LsbStream, 10, false, Pattern::RG},
+        {"Mono12p", PixelType_Mono12p, Packing::LsbStream, 12, false, Pattern::RG},
+        {"Mono10Packed", PixelType_Mono10Packed, Packing::GroupedMsb, 10, false, Pattern::RG},
+        {"Mono12Packed", PixelType_Mono12Packed, Packing::GroupedMsb, 12, false, Pattern::RG},
+        {"BayerGR12Packed", PixelType_BayerGR12Packed, Packing::GroupedMsb, 12, true, Pattern::GR},
+        {"BayerBG12Packed", PixelType_BayerBG12Packed, Packing::GroupedMsb, 12, true, Pattern::BG},
+        {"BayerRG10p", PixelType_BayerRG10p, Packing::LsbStream, 10, true, Pattern::RG},
+        {"BayerGB10p", PixelType_BayerGB10p, Packing::LsbStream, 10, true, Pattern::GB},
+        {"BayerGR12p", PixelType_BayerGR12p, Packing::LsbStream, 12, true, Pattern::GR},
+        {"BayerBG12p", PixelType_BayerBG12p, Packing::LsbStream, 12, true, Pattern::BG},
+    };
+    uint32_t seed = 10;
+    for (const PackedFormat& format : formats)
+        for (const auto& [width, height, paddingX] : {std::tuple{6u, 4u, 0u}, std::tuple{13u, 7u, 3u}})
+        {
+            SCOPED_TRACE(testing::Message() << format.name << " " << width << "x" << height);
+            const size_t bins = size_t{1} << format.bits;
+            const SampleGrid grid = randomGrid(width, height, 1, static_cast<uint32_t>(bins), seed++);
+            const auto outputs = runOn(format.type, grid, format.packing, format.bits, paddingX);
+            if (format.bayer)
+                expectColour(outputs, referenceBayer(grid, bins, format.pattern));
+            else
+                expectMono(outputs, referenceMono(grid, bins).lum);
+        }
+}
+
+// The samples of `grid` in another memory order: `order` gives for each output
+// sample the index of the input sample.
+SampleGrid reordered(const SampleGrid& grid, std::vector<uint32_t> order)
+{
+    SampleGrid result{grid.width, grid.height, static_cast<uint32_t>(order.size()), {}};
+    for (uint32_t y = 0; y < grid.height; ++y)
+        for (uint32_t x = 0; x < grid.width; ++x)
+            for (uint32_t sample : order)
+                result.samples.push_back(grid.at(x, y, sample));
+    return result;
+}
+
+TEST_F(HistogramExtractorTest, OtherColourTypesAreConvertedWithTheirValues)
+{
+    // 10 bits in words through RGB16 into 1024 bins; alpha dropped.
+    const SampleGrid bgr10 = randomGrid(11, 5, 3, 1024, 20);
+    expectColour(runOn(Tarvik::PixelType_BGR10, bgr10, Packing::Words, 10, 2),
+                 referenceColor(bgr10, 1024, "BGR", false));
+    const SampleGrid rgba = randomGrid(7, 6, 4, 256, 21);
+    expectColour(runOn(Tarvik::PixelType_RGBa8, rgba, Packing::Bytes, 8, 1),
+                 referenceColor(reordered(rgba, {0, 1, 2}), 256, "RGB", false));
+
+    // Planar: three planes of single samples, one after the other.
+    const SampleGrid planes = randomGrid(9, 3 * 4, 1, 4096, 22);
+    SampleGrid interleaved{9, 4, 3, {}};
+    for (uint32_t y = 0; y < 4; ++y)
+        for (uint32_t x = 0; x < 9; ++x)
+            for (uint32_t plane = 0; plane < 3; ++plane)
+                interleaved.samples.push_back(planes.at(x, plane * 4 + y));
+    const std::vector<uint8_t> planar = encode(planes, Packing::Words, 12, 2);
+    expectColour(run({{"Image", imageVariant(Tarvik::PixelType_RGB12_Planar, 9, 4, 2, planar)}}),
+                 referenceColor(interleaved, 4096, "RGB", false));
+}
+
+TEST_F(HistogramExtractorTest, YuvIsCountedAsItsRgb8Conversion)
+{
+    // The format converter decodes the chroma; the reference counts its result.
+    const SampleGrid yuv = randomGrid(10, 5, 2, 256, 30);
+    const std::vector<uint8_t> bytes = encode(yuv, Packing::Bytes, 8, 0);
+    Tarvik::CImageFormatConverter converter;
+    converter.OutputPixelFormat.SetValue(Tarvik::PixelType_RGB8);
+    std::vector<uint8_t> rgb(10 * 5 * 3);
+    converter.Convert(rgb.data(), rgb.size(), bytes.data(), bytes.size(), Tarvik::PixelType_YUV422_8_UYVY, 10,
+                      5, 0);
+    SampleGrid decoded{10, 5, 3, std::vector<uint16_t>(rgb.begin(), rgb.end())};
+    expectColour(run({{"Image", imageVariant(Tarvik::PixelType_YUV422_8_UYVY, 10, 5, 0, bytes)}}),
+                 referenceColor(decoded, 256, "RGB", false));
+}
+
+} // namespace
