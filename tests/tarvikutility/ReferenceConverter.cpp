@@ -412,14 +412,24 @@ std::vector<uint8_t> Convert(const std::vector<uint8_t>& source, EPixelType type
             }
             if (isGrey)
                 rgb = {grey, grey, grey};
-            std::vector<uint32_t> samples;
+            std::array<uint32_t, 4> samples{};
+            size_t count = 0;
             if (mono)
-                samples = {isGrey ? grey : (77 * rgb[0] + 150 * rgb[1] + 29 * rgb[2] + 128) / 256};
+            {
+                samples[0] = isGrey ? grey : (77 * rgb[0] + 150 * rgb[1] + 29 * rgb[2] + 128) / 256;
+                count = 1;
+            }
             else if (options.output == PixelType_BGRa8)
+            {
                 samples = {rgb[2], rgb[1], rgb[0], 255};
+                count = 4;
+            }
             else
-                samples = {rgb[0], rgb[1], rgb[2]};
-            for (size_t i = 0; i < samples.size(); ++i)
+            {
+                samples = {rgb[0], rgb[1], rgb[2], 0};
+                count = 3;
+            }
+            for (size_t i = 0; i < count; ++i)
             {
                 if (outDepth == 8)
                 {

@@ -148,6 +148,38 @@ std::string TypeName(const ::testing::TestParamInfo<EPixelType>& type)
 INSTANTIATE_TEST_SUITE_P(AllSourceTypes, ImageFormatConverterReference, ::testing::ValuesIn(AllSourceTypes()),
                          TypeName);
 
+// Frames too large for the cache are written with streaming stores, which need
+// aligned rows: a target that starts off the alignment must come out the same.
+TEST(ImageFormatConverterLargeFrames, StreamingStoresMatchTheReferenceAtAnyTargetOffset)
+{
+    struct LargeCase
+    {
+        EPixelType source;
+        EPixelType output;
+        uint32_t width;
+        uint32_t height;
+        size_t targetOffset;
+    };
+    // Source and target of each case together exceed the 24 MiB from which output is streamed.
+    const LargeCase cases[] = {{PixelType_Mono12, PixelType_Mono8, 4099, 2100, 1},
+                               {PixelType_RGB8, PixelType_BGRa8, 2051, 1800, 4}};
+    for (const LargeCase& c : cases)
+    {
+        SCOPED_TRACE(NameOf(c.source));
+        const std::vector<uint8_t> input = RandomBytes(MinimalBytes(c.source, c.width, c.height, 0), 5);
+        ReferenceConversion::Options options;
+        options.output = c.output;
+        const std::vector<uint8_t> expected =
+            ReferenceConversion::Convert(input, c.source, c.width, c.height, 0, options);
+        CImageFormatConverter converter;
+        converter.OutputPixelFormat = c.output;
+        std::vector<uint8_t> storage(expected.size() + c.targetOffset);
+        converter.Convert(storage.data() + c.targetOffset, expected.size(), input.data(), input.size(),
+                          c.source, c.width, c.height, 0);
+        EXPECT_TRUE(std::equal(expected.begin(), expected.end(), storage.begin() + c.targetOffset));
+    }
+}
+
 // The row kernels exist once per instruction set; each one the CPU offers, and
 // the plain fallback for CPUs without SSSE3, must give the reference's bytes.
 TEST(ImageFormatConverterInstructionSets, EveryInstructionSetMatchesTheReference)

@@ -5,6 +5,8 @@
 #include "RowUnpacker.h"
 #include "SimdRowKernels.h"
 
+#include <hwy/cache_control.h>
+
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -80,6 +82,10 @@ size_t TargetRowBytes(const TargetImage& target)
     return kBytesPerPixel[static_cast<size_t>(target.kind)] * target.width;
 }
 
+// Frames whose source and target together exceed this do not stay in the cache:
+// their output is written past it.
+constexpr uint64_t kStreamingThreshold = 24u << 20;
+
 // Converts rows of one band; owns the scratch rows of the generic paths.
 class RowWorker
 {
@@ -87,6 +93,9 @@ public:
     RowWorker(const ConversionJob& job, RowPath path)
         : m_job(job)
         , m_path(path)
+        , m_streamOutput(uint64_t{job.source.stride} * job.source.height +
+                             uint64_t{job.target.stride} * job.target.height >=
+                         kStreamingThreshold)
     {
         const size_t width = job.source.width;
         if (path == RowPath::GenericBayer)
@@ -119,6 +128,8 @@ public:
                 ClearFrame(y, out);
             }
         }
+        // Kernels may write with non-temporal stores; make them visible before the band counts as done.
+        hwy::FlushStream();
     }
 
 private:
@@ -138,10 +149,10 @@ private:
             Mono8RowToBgra8(source.Row(y), out, width);
             return;
         case RowPath::Mono16ToMono8:
-            Mono16RowToMono8(source.Row(y), out, width, format.depth);
+            Mono16RowToMono8(source.Row(y), out, width, format.depth, m_streamOutput);
             return;
         case RowPath::Rgb8ToBgra8:
-            Rgb8RowToBgra8(source.Row(y), out, width, format.blueFirst);
+            Rgb8RowToBgra8(source.Row(y), out, width, format.blueFirst, m_streamOutput);
             return;
         case RowPath::Rgba8ToBgra8:
             Rgba8RowToBgra8(source.Row(y), out, width, format.blueFirst);
@@ -203,6 +214,7 @@ private:
 
     const ConversionJob& m_job;
     RowPath m_path;
+    bool m_streamOutput;
     std::vector<uint16_t> m_samples;
     std::array<std::vector<uint16_t>, 3> m_bayerRows;
     std::array<int64_t, 3> m_cachedRow{-1, -1, -1};

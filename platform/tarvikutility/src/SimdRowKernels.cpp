@@ -45,7 +45,7 @@ void Mono8RowToBgra8Impl(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RESTRI
 // The vector part of a row; gives the first column it left to the scalar tail.
 #if HWY_TARGET != HWY_SCALAR
 size_t Mono16RowToMono8Vectors(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RESTRICT target,
-                               uint32_t width, uint32_t depth)
+                               uint32_t width, uint32_t depth, bool stream)
 {
     const hn::ScalableTag<uint16_t> d16;
     const hn::Repartition<uint8_t, decltype(d16)> dBytes;
@@ -55,29 +55,46 @@ size_t Mono16RowToMono8Vectors(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_
     const auto maximum = hn::Set(d16, static_cast<uint16_t>((1u << depth) - 1));
     const int shift = static_cast<int>(depth - 8);
     size_t x = 0;
-    for (; x + lanes <= width; x += lanes)
+    const auto convert = [&](size_t at)
     {
         // Loaded as bytes: rows of odd padding leave the words unaligned.
-        const auto words = hn::BitCast(d16, hn::LoadU(dBytes, source + 2 * x));
-        const auto top = hn::ShiftRightSame(hn::Min(words, maximum), shift);
-        hn::StoreU(hn::DemoteTo(d8, hn::BitCast(di16, top)), d8, target + x);
+        const auto words = hn::BitCast(d16, hn::LoadU(dBytes, source + 2 * at));
+        return hn::DemoteTo(d8, hn::BitCast(di16, hn::ShiftRightSame(hn::Min(words, maximum), shift)));
+    };
+    if (stream)
+    {
+        // One ordinary vector, then vectors on their own alignment, as streaming stores need.
+        const size_t misaligned = reinterpret_cast<uintptr_t>(target) % lanes;
+        if (misaligned != 0 && lanes <= width)
+        {
+            hn::StoreU(convert(0), d8, target);
+            x = lanes - misaligned;
+        }
+        for (; x + lanes <= width; x += lanes)
+        {
+            hn::Stream(convert(x), d8, target + x);
+        }
+    }
+    for (; x + lanes <= width; x += lanes)
+    {
+        hn::StoreU(convert(x), d8, target + x);
     }
     return x;
 }
 #else
 // A single lane cannot be split into bytes: the scalar tail does the whole row.
-size_t Mono16RowToMono8Vectors(const uint8_t*, uint8_t*, uint32_t, uint32_t)
+size_t Mono16RowToMono8Vectors(const uint8_t*, uint8_t*, uint32_t, uint32_t, bool)
 {
     return 0;
 }
 #endif
 
 void Mono16RowToMono8Impl(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RESTRICT target, uint32_t width,
-                          uint32_t depth)
+                          uint32_t depth, bool stream)
 {
     const auto maximum = static_cast<uint16_t>((1u << depth) - 1);
     const uint32_t shift = depth - 8;
-    for (size_t x = Mono16RowToMono8Vectors(source, target, width, depth); x < width; ++x)
+    for (size_t x = Mono16RowToMono8Vectors(source, target, width, depth, stream); x < width; ++x)
     {
         const auto word = static_cast<uint16_t>(source[2 * x] | (source[2 * x + 1] << 8));
         target[x] = static_cast<uint8_t>(std::min(word, maximum) >> shift);
@@ -89,7 +106,7 @@ void Mono16RowToMono8Impl(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RESTR
 // target bytes, and alpha is or-ed in. Narrow blocks beat wide interleaving here,
 // as a block never has to cross vector halves.
 size_t Rgb8RowToBgra8Vectors(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RESTRICT target, uint32_t width,
-                             bool blueFirst)
+                             bool blueFirst, bool stream)
 {
     const hn::Full128<uint8_t> d;
     const hn::Full128<uint32_t> d32;
@@ -99,38 +116,53 @@ size_t Rgb8RowToBgra8Vectors(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RE
                                                          6, 7, 8, 0x80, 9, 10, 11, 0x80};
     const auto shuffle = hn::Load(d, blueFirst ? kFromBgr : kFromRgb);
     const auto alpha = hn::BitCast(d, hn::Set(d32, 0xFF000000u));
-    const auto block = [&](size_t x)
+    const auto block = [&](size_t x, bool nonTemporal)
     {
-        const auto pixels = hn::TableLookupBytesOr0(hn::LoadU(d, source + 3 * x), shuffle);
-        hn::StoreU(hn::Or(pixels, alpha), d, target + 4 * x);
+        const auto pixels = hn::Or(hn::TableLookupBytesOr0(hn::LoadU(d, source + 3 * x), shuffle), alpha);
+        if (nonTemporal)
+            hn::Stream(pixels, d, target + 4 * x);
+        else
+            hn::StoreU(pixels, d, target + 4 * x);
     };
     // A block reads 16 source bytes for its 12: it may start only 6 pixels before the row end.
     size_t x = 0;
+    bool nonTemporal = false;
+    if (stream && reinterpret_cast<uintptr_t>(target) % 4 == 0)
+    {
+        // One ordinary block, then blocks on 16-byte boundaries, as streaming stores need.
+        const size_t misaligned = reinterpret_cast<uintptr_t>(target) % 16 / 4;
+        if (misaligned != 0 && width >= 6)
+        {
+            block(0, false);
+            x = 4 - misaligned;
+        }
+        nonTemporal = true;
+    }
     for (; x + 18 <= width; x += 16)
     {
-        block(x);
-        block(x + 4);
-        block(x + 8);
-        block(x + 12);
+        block(x, nonTemporal);
+        block(x + 4, nonTemporal);
+        block(x + 8, nonTemporal);
+        block(x + 12, nonTemporal);
     }
     for (; x + 6 <= width; x += 4)
     {
-        block(x);
+        block(x, nonTemporal);
     }
     return x;
 }
 #else
 // A single lane cannot shuffle bytes: the scalar tail does the whole row.
-size_t Rgb8RowToBgra8Vectors(const uint8_t*, uint8_t*, uint32_t, bool)
+size_t Rgb8RowToBgra8Vectors(const uint8_t*, uint8_t*, uint32_t, bool, bool)
 {
     return 0;
 }
 #endif
 
 void Rgb8RowToBgra8Impl(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RESTRICT target, uint32_t width,
-                        bool blueFirst)
+                        bool blueFirst, bool stream)
 {
-    for (size_t x = Rgb8RowToBgra8Vectors(source, target, width, blueFirst); x < width; ++x)
+    for (size_t x = Rgb8RowToBgra8Vectors(source, target, width, blueFirst, stream); x < width; ++x)
     {
         const uint8_t* pixel = source + 3 * x;
         StoreBgra(target, static_cast<uint32_t>(x), blueFirst ? pixel[2] : pixel[0], pixel[1],
@@ -302,14 +334,14 @@ void Mono8RowToBgra8(const uint8_t* source, uint8_t* target, uint32_t width)
     HWY_DYNAMIC_DISPATCH(Mono8RowToBgra8Impl)(source, target, width);
 }
 
-void Mono16RowToMono8(const uint8_t* source, uint8_t* target, uint32_t width, uint32_t depth)
+void Mono16RowToMono8(const uint8_t* source, uint8_t* target, uint32_t width, uint32_t depth, bool stream)
 {
-    HWY_DYNAMIC_DISPATCH(Mono16RowToMono8Impl)(source, target, width, depth);
+    HWY_DYNAMIC_DISPATCH(Mono16RowToMono8Impl)(source, target, width, depth, stream);
 }
 
-void Rgb8RowToBgra8(const uint8_t* source, uint8_t* target, uint32_t width, bool blueFirst)
+void Rgb8RowToBgra8(const uint8_t* source, uint8_t* target, uint32_t width, bool blueFirst, bool stream)
 {
-    HWY_DYNAMIC_DISPATCH(Rgb8RowToBgra8Impl)(source, target, width, blueFirst);
+    HWY_DYNAMIC_DISPATCH(Rgb8RowToBgra8Impl)(source, target, width, blueFirst, stream);
 }
 
 void Rgba8RowToBgra8(const uint8_t* source, uint8_t* target, uint32_t width, bool blueFirst)

@@ -2,6 +2,9 @@
 // instruction set is chosen at run time, down to plain SSE2 and a scalar
 // fallback, so the library runs on any x86-64 CPU. Each kernel gives exactly the
 // numbers of the generic row path; it touches only the width pixels of its rows.
+// Kernels with a `stream` flag then write with non-temporal stores where the row
+// alignment allows, for frames too large to stay in the cache anyway; the caller
+// ends its rows with hwy::FlushStream.
 #pragma once
 
 #include "SourceFormat.h"
@@ -14,9 +17,9 @@ namespace Tarvik::Conversion
 void Mono8RowToBgra8(const uint8_t* source, uint8_t* target, uint32_t width);
 
 // Words of `depth` significant bits, clamped to their maximum, to their top 8 bits.
-void Mono16RowToMono8(const uint8_t* source, uint8_t* target, uint32_t width, uint32_t depth);
+void Mono16RowToMono8(const uint8_t* source, uint8_t* target, uint32_t width, uint32_t depth, bool stream);
 
-void Rgb8RowToBgra8(const uint8_t* source, uint8_t* target, uint32_t width, bool blueFirst);
+void Rgb8RowToBgra8(const uint8_t* source, uint8_t* target, uint32_t width, bool blueFirst, bool stream);
 
 void Rgba8RowToBgra8(const uint8_t* source, uint8_t* target, uint32_t width, bool blueFirst);
 
