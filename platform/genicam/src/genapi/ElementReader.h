@@ -35,7 +35,6 @@ public:
                    INestedNodeSink& nestedNodes);
 
     const GenICam::gcstring& NodeName() const { return m_nodeName; }
-    const char* ElementName() const { return m_element.name(); }
     bool SuppressStrings() const { return m_suppressStrings; }
     INestedNodeSink& NestedNodes() const { return m_nestedNodes; }
 

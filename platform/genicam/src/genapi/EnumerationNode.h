@@ -4,6 +4,7 @@
 
 #include "EnumEntryNode.h"
 #include "Node.h"
+#include "RangeCheck.h"
 #include "ValueOrPointer.h"
 
 #include <GenApi/IEnumeration.h>

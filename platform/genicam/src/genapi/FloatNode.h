@@ -3,6 +3,7 @@
 #pragma once
 
 #include "Node.h"
+#include "RangeCheck.h"
 #include "ValueOrPointer.h"
 
 #include <GenApi/IFloat.h>

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "FloatNode.h"
+#include "RangeCheck.h"
 #include "RegisterNode.h"
-#include "ValueOrPointer.h"
 
 #include <GenApi/IFloat.h>
 

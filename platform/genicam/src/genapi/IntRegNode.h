@@ -2,8 +2,8 @@
 // byte order. Its limits are those of its length and sign.
 #pragma once
 
+#include "RangeCheck.h"
 #include "RegisterNode.h"
-#include "ValueOrPointer.h"
 
 #include <GenApi/IInteger.h>
 

@@ -17,12 +17,6 @@ CNode* CNodeLinker::Node(const CNode& owner, const char* element, const GenICam:
     return node;
 }
 
-CNode* CNodeLinker::Node(const CNode& owner, const char* element,
-                         const std::optional<GenICam::gcstring>& name) const
-{
-    return name ? Node(owner, element, *name) : nullptr;
-}
-
 std::vector<CNode*> CNodeLinker::Nodes(const CNode& owner, const char* element,
                                        const std::vector<GenICam::gcstring>& names) const
 {

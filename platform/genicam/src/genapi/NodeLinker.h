@@ -4,7 +4,6 @@
 
 #include <GCBase/GCString.h>
 
-#include <optional>
 #include <vector>
 
 namespace GenApi::Detail
@@ -24,7 +23,6 @@ public:
 
     // The node of that name; a failure if there is none.
     CNode* Node(const CNode& owner, const char* element, const GenICam::gcstring& name) const;
-    CNode* Node(const CNode& owner, const char* element, const std::optional<GenICam::gcstring>& name) const;
     std::vector<CNode*> Nodes(const CNode& owner, const char* element,
                               const std::vector<GenICam::gcstring>& names) const;
     // A node with a numeric value (integer, float, boolean, enumeration or register).

@@ -1,7 +1,6 @@
 #include "RangeCheck.h"
 
 #include "Text.h"
-#include "ValueOrPointer.h"
 
 #include <GCBase/GCException.h>
 

@@ -18,10 +18,6 @@
 namespace GenApi::Detail
 {
 
-// The nearest integer to value, halves away from zero; OutOfRangeException naming
-// the node if there is none.
-int64_t FloatToInteger(const CNode& node, double value);
-
 template <class T>
 class CValueOrPointer
 {
