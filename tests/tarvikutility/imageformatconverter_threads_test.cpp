@@ -1,0 +1,77 @@
+// The converter on several threads: bands of one conversion, and settings
+// written through the node map while another thread converts.
+#include "ConversionTestSupport.h"
+
+#include <GenApi/IEnumeration.h>
+#include <GenApi/INodeMap.h>
+#include <GenApi/Pointer.h>
+#include <TarvikUtility/ImageFormatConverter.h>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+using namespace Tarvik;
+using namespace ConversionTestSupport;
+
+namespace
+{
+
+std::vector<uint8_t> ConvertWith(CImageFormatConverter& converter, const std::vector<uint8_t>& source,
+                                 EPixelType type, uint32_t width, uint32_t height)
+{
+    std::vector<uint8_t> target(converter.GetBufferSizeForConversion(width, height));
+    converter.Convert(target.data(), target.size(), source.data(), source.size(), type, width, height, 0);
+    return target;
+}
+
+} // namespace
+
+TEST(ImageFormatConverterThreads, BandsGiveTheSameImageAsOneThread)
+{
+    const uint32_t width = 257;
+    const uint32_t height = 515;
+    for (const EPixelType type :
+         {PixelType_BayerGB8, PixelType_BayerRG12p, PixelType_YUV422_8, PixelType_Mono12})
+    {
+        SCOPED_TRACE(NameOf(type));
+        const std::vector<uint8_t> source = RandomBytes(MinimalBytes(type, width, height, 0), 11);
+        CImageFormatConverter converter;
+        converter.InconvertibleEdgeHandling = InconvertibleEdgeHandling_Extrapolate;
+        const std::vector<uint8_t> single = ConvertWith(converter, source, type, width, height);
+        converter.MaxNumThreads = 4;
+        EXPECT_EQ(ConvertWith(converter, source, type, width, height), single);
+    }
+}
+
+TEST(ImageFormatConverterThreads, NodeMapWritesDuringConversionsGiveOneSettingOrTheOther)
+{
+    const uint32_t width = 64;
+    const uint32_t height = 32;
+    const std::vector<uint8_t> source = RandomBytes(MinimalBytes(PixelType_Mono10, width, height, 0), 3);
+    CImageFormatConverter converter;
+    converter.OutputPixelFormat = PixelType_Mono16;
+    const std::vector<uint8_t> lsb = ConvertWith(converter, source, PixelType_Mono10, width, height);
+    converter.OutputBitAlignment = OutputBitAlignment_MsbAligned;
+    const std::vector<uint8_t> msb = ConvertWith(converter, source, PixelType_Mono10, width, height);
+    ASSERT_NE(lsb, msb);
+
+    GenApi::CEnumerationPtr alignment = converter.GetNodeMap()->GetNode("OutputBitAlignment");
+    std::atomic<bool> stop{false};
+    std::thread writer(
+        [&]
+        {
+            for (int i = 0; !stop.load(); ++i)
+                alignment->SetIntValue(i % 2);
+        });
+    int mixed = 0;
+    for (int i = 0; i < 200; ++i)
+    {
+        const std::vector<uint8_t> result = ConvertWith(converter, source, PixelType_Mono10, width, height);
+        mixed += result != lsb && result != msb;
+    }
+    stop = true;
+    writer.join();
+    EXPECT_EQ(mixed, 0);
+}
