@@ -7,6 +7,7 @@
 // environment variable TESSAL_PACKAGE names it.
 #include "packageloader.h"
 
+#include <TarvikDataProcessingCore/core/Image.h>
 #include <TarvikDataProcessingCore/core/MemorySettings.h>
 #include <TarvikDataProcessingCore/core/ScalarValues.h>
 
@@ -75,12 +76,59 @@ void runGate(const PackageLoader& package)
     std::printf("Gate: destroyed through destroy_Gate\n");
 }
 
+// A small Bayer frame: a red field on the left half, a blue one on the right.
+Utils::Variant syntheticBayerFrame(uint32_t width, uint32_t height)
+{
+    std::vector<uint8_t> pixels(size_t{width} * height);
+    for (uint32_t y = 0; y < height; ++y)
+        for (uint32_t x = 0; x < width; ++x)
+        {
+            const bool redSite = y % 2 == 0 && x % 2 == 0;
+            const bool blueSite = y % 2 == 1 && x % 2 == 1;
+            const bool leftHalf = x < width / 2;
+            pixels[size_t{y} * width + x] = (leftHalf && redSite) || (!leftHalf && blueSite) ? 200 : 20;
+        }
+    Utils::Variant frame;
+    frame.setData(Utils::COWPtr<Core::IImage>(new Core::Image(
+        pixels.data(), pixels.size(), Tarvik::PixelType_BayerRG8, width, height, 0, 0, nullptr, nullptr)));
+    return frame;
+}
+
+void runConverter(const PackageLoader& package)
+{
+    std::printf("Converter: created through create_Converter\n");
+    const std::shared_ptr<Core::INode> converter = package.createNode("Converter");
+    const uint32_t width = 64;
+    const uint32_t height = 48;
+    const Core::UpdateOutputs outputs =
+        converter->run(nullptr, {{"Image", syntheticBayerFrame(width, height)}});
+    const auto converted =
+        outputs.begin()->second.at("ImageConverted").get<Utils::COWPtr<Core::IImage>>(true);
+    if (converted->hasError(false))
+    {
+        std::printf("  ImageConverted carries an error: %s\n",
+                    converted->getError(false)->getDescription().c_str());
+        return;
+    }
+    const auto* const bgra = static_cast<const uint8_t*>(converted->getImageData().data);
+    const size_t stride = size_t{width} * 4 + converted->getImageData().paddingX;
+    for (const uint32_t x : {width / 4, width * 3 / 4})
+    {
+        const uint8_t* const pixel = bgra + size_t{height / 2} * stride + size_t{x} * 4;
+        std::printf("  BayerRG8 %ux%u -> pixel type 0x%08X, pixel (%u,%u) B=%u G=%u R=%u A=%u\n", width,
+                    height, static_cast<unsigned>(converted->getPixelType()), x, height / 2, pixel[0],
+                    pixel[1], pixel[2], pixel[3]);
+    }
+    std::printf("Converter: destroyed through destroy_Converter\n");
+}
+
 int demo(const std::string& packagePath)
 {
     const PackageLoader package(packagePath);
     std::printf("Package: %s (interface version %d)\n", packagePath.c_str(), package.interfaceVersion());
     printModules(package.manifest());
     runGate(package);
+    runConverter(package);
     return 0;
 }
 
