@@ -138,6 +138,41 @@ size_t Rgb8RowToBgra8Vectors(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RE
         }
         nonTemporal = true;
     }
+#if HWY_TARGET <= HWY_AVX2
+    if (!nonTemporal && width >= 6)
+    {
+        // Eight pixels per 256-bit vector: loaded from 4 bytes before the pixels, so
+        // that each half holds the 12 bytes of its four pixels.
+        const hn::CappedTag<uint8_t, 32> d2;
+        const hn::CappedTag<uint32_t, 8> d2x32;
+        alignas(32) static constexpr uint8_t kFromRgb2[32] = {
+            6, 5, 4, 0x80, 9, 8, 7, 0x80, 12, 11, 10, 0x80, 15, 14, 13, 0x80,
+            2, 1, 0, 0x80, 5, 4, 3, 0x80, 8,  7,  6,  0x80, 11, 10, 9,  0x80};
+        alignas(32) static constexpr uint8_t kFromBgr2[32] = {
+            4, 5, 6, 0x80, 7, 8, 9, 0x80, 10, 11, 12, 0x80, 13, 14, 15, 0x80,
+            0, 1, 2, 0x80, 3, 4, 5, 0x80, 6,  7,  8,  0x80, 9,  10, 11, 0x80};
+        const auto shuffle2 = hn::Load(d2, blueFirst ? kFromBgr2 : kFromRgb2);
+        const auto alpha2 = hn::BitCast(d2, hn::Set(d2x32, 0xFF000000u));
+        const auto pair = [&](size_t at)
+        {
+            const auto pixels = hn::TableLookupBytesOr0(hn::LoadU(d2, source + 3 * at - 4), shuffle2);
+            hn::StoreU(hn::Or(pixels, alpha2), d2, target + 4 * at);
+        };
+        block(0, false);
+        // A pair reads up to 28 bytes past its first pixel's: it may start only 10 pixels before the row end.
+        for (x = 4; x + 34 <= width; x += 32)
+        {
+            pair(x);
+            pair(x + 8);
+            pair(x + 16);
+            pair(x + 24);
+        }
+        for (; x + 10 <= width; x += 8)
+        {
+            pair(x);
+        }
+    }
+#endif
     for (; x + 18 <= width; x += 16)
     {
         block(x, nonTemporal);
