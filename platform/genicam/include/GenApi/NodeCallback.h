@@ -123,7 +123,9 @@ Register(INode* pNode, Client& client, Member member, ECallbackType CallbackType
     return handle;
 }
 
-// Removes and destroys a registered callback; false if the handle is unknown.
+// Removes and destroys a registered callback. The handle must still be
+// registered, since its node is found through the callback itself; for a handle
+// that may be stale, ask the node: INode::DeregisterCallback gives false.
 inline bool Deregister(CallbackHandleType handle)
 {
     if (handle == 0)
