@@ -43,7 +43,10 @@ public:
         return update && waitUntilSpaceAvailable() && createJob(update, {{"Out", value}}, nullptr);
     }
 
-    void declareOutputAgain() { createOutput("Out", "again", Utils::TypeInfo::get<Core::IValue>(true), true, ~0ull); }
+    void declareOutputAgain()
+    {
+        createOutput("Out", "again", Utils::TypeInfo::get<Core::IValue>(true), true, ~0ull);
+    }
 
     std::vector<std::string> calls;
 
