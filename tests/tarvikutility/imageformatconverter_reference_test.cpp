@@ -184,9 +184,10 @@ TEST(ImageFormatConverterLargeFrames, StreamingStoresMatchTheReferenceAtAnyTarge
 // the plain fallback for CPUs without SSSE3, must give the reference's bytes.
 TEST(ImageFormatConverterInstructionSets, EveryInstructionSetMatchesTheReference)
 {
-    const EPixelType fastPathSources[] = {PixelType_Mono8,    PixelType_Mono12,        PixelType_RGB8,
-                                          PixelType_BGRa8,    PixelType_YUV422_8_UYVY, PixelType_YUV422_8,
-                                          PixelType_BayerRG8, PixelType_BayerGB8};
+    const EPixelType fastPathSources[] = {PixelType_Mono8,     PixelType_Mono12,        PixelType_RGB8,
+                                          PixelType_BGRa8,     PixelType_YUV422_8_UYVY, PixelType_YUV422_8,
+                                          PixelType_BayerRG8,  PixelType_BayerGB8,      PixelType_BayerBG12,
+                                          PixelType_BayerGR12p};
     const int64_t available = hwy::SupportedTargets();
     int tested = 0;
     for (const int64_t target : {int64_t{HWY_SCALAR}, int64_t{HWY_SSSE3}, int64_t{HWY_SSE4},

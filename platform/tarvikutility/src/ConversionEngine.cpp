@@ -27,6 +27,7 @@ enum class RowPath
     Rgba8ToBgra8,
     Yuv422ToBgra8,
     Bayer8ToBgra8,
+    Bayer16ToBgra8,
     GenericMono,
     GenericColor,
     GenericBayer,
@@ -61,9 +62,14 @@ RowPath ChooseRowPath(const SourceImage& source, TargetKind target)
             return format.storedChannels == 3 ? RowPath::Rgb8ToBgra8 : RowPath::Rgba8ToBgra8;
         if (format.yuv == YuvLayout::Uyvy422 || format.yuv == YuvLayout::Yuyv422)
             return RowPath::Yuv422ToBgra8;
-        if (format.family == PixelFamily::Bayer && IsPlain(format) && format.depth == 8 && source.width > 1 &&
-            source.height > 1)
-            return RowPath::Bayer8ToBgra8;
+        if (format.family == PixelFamily::Bayer && source.width > 1 && source.height > 1)
+        {
+            if (IsPlain(format) && format.depth == 8)
+                return RowPath::Bayer8ToBgra8;
+            // Four samples of up to 14 bits add up within the kernel's 16-bit lanes.
+            if (format.depth > 8 && format.depth <= 14)
+                return RowPath::Bayer16ToBgra8;
+        }
     }
     if (format.family == PixelFamily::Bayer)
     {
@@ -98,7 +104,7 @@ public:
                          kStreamingThreshold)
     {
         const size_t width = job.source.width;
-        if (path == RowPath::GenericBayer)
+        if (path == RowPath::GenericBayer || path == RowPath::Bayer16ToBgra8)
         {
             for (auto& row : m_bayerRows)
             {
@@ -163,6 +169,10 @@ private:
         case RowPath::Bayer8ToBgra8:
             Bayer8RowToBgra8(source.Row(Above(y)), source.Row(y), source.Row(Below(y)), out, width,
                              BayerRowKindOf(format.phase, y));
+            return;
+        case RowPath::Bayer16ToBgra8:
+            Bayer16RowToBgra8(UnpackedBayerRow(Above(y)), UnpackedBayerRow(y), UnpackedBayerRow(Below(y)),
+                              out, width, BayerRowKindOf(format.phase, y), format.depth);
             return;
         case RowPath::GenericMono:
             UnpackMonoRow(source, y, m_samples.data());

@@ -9,41 +9,31 @@ namespace Tarvik::Conversion
 namespace
 {
 
-void StoreSample(uint8_t* out, size_t index, uint32_t value, uint32_t targetDepth)
+// value >> right << left turns a sample of one depth into one of another.
+struct DepthShift
 {
-    if (targetDepth == 8)
+    uint32_t right;
+    uint32_t left;
+};
+
+DepthShift ShiftFor(uint32_t from, uint32_t to, bool msbAligned)
+{
+    if (from > to)
     {
-        out[index] = static_cast<uint8_t>(value);
+        return {from - to, 0};
     }
-    else
-    {
-        out[2 * index] = static_cast<uint8_t>(value);
-        out[2 * index + 1] = static_cast<uint8_t>(value >> 8);
-    }
+    return {0, msbAligned ? to - from : 0};
 }
 
-void StorePixel(TargetKind target, uint8_t* out, uint32_t x, uint32_t red, uint32_t green, uint32_t blue)
+uint32_t Shifted(uint32_t value, DepthShift shift)
 {
-    const uint32_t depth = TargetDepth(target);
-    switch (target)
-    {
-    case TargetKind::Mono8:
-    case TargetKind::Mono16:
-        StoreSample(out, x, Luminance(red, green, blue), depth);
-        return;
-    case TargetKind::RGB8:
-    case TargetKind::RGB16:
-        StoreSample(out, 3 * size_t{x}, red, depth);
-        StoreSample(out, 3 * size_t{x} + 1, green, depth);
-        StoreSample(out, 3 * size_t{x} + 2, blue, depth);
-        return;
-    case TargetKind::BGRa8:
-        out[4 * size_t{x}] = static_cast<uint8_t>(blue);
-        out[4 * size_t{x} + 1] = static_cast<uint8_t>(green);
-        out[4 * size_t{x} + 2] = static_cast<uint8_t>(red);
-        out[4 * size_t{x} + 3] = 255;
-        return;
-    }
+    return value >> shift.right << shift.left;
+}
+
+void StoreWord(uint8_t* out, size_t index, uint32_t value)
+{
+    out[2 * index] = static_cast<uint8_t>(value);
+    out[2 * index + 1] = static_cast<uint8_t>(value >> 8);
 }
 
 } // namespace
@@ -51,39 +41,91 @@ void StorePixel(TargetKind target, uint8_t* out, uint32_t x, uint32_t red, uint3
 void PackMonoRow(const uint16_t* mono, uint32_t depth, uint32_t width, TargetKind target, bool msbAligned,
                  uint8_t* out)
 {
-    const uint32_t targetDepth = TargetDepth(target);
-    for (uint32_t x = 0; x < width; ++x)
+    // One loop per output, so that no pixel asks which output it is for.
+    const DepthShift shift = ShiftFor(depth, TargetDepth(target), msbAligned);
+    switch (target)
     {
-        const uint32_t value = ConvertDepth(mono[x], depth, targetDepth, msbAligned);
-        if (IsMonoTarget(target))
+    case TargetKind::Mono8:
+        for (uint32_t x = 0; x < width; ++x)
+            out[x] = static_cast<uint8_t>(Shifted(mono[x], shift));
+        return;
+    case TargetKind::Mono16:
+        for (uint32_t x = 0; x < width; ++x)
+            StoreWord(out, x, Shifted(mono[x], shift));
+        return;
+    case TargetKind::RGB8:
+        for (uint32_t x = 0; x < width; ++x)
+            std::memset(out + 3 * size_t{x}, static_cast<uint8_t>(Shifted(mono[x], shift)), 3);
+        return;
+    case TargetKind::RGB16:
+        for (uint32_t x = 0; x < width; ++x)
         {
-            StoreSample(out, x, value, targetDepth);
+            const uint32_t value = Shifted(mono[x], shift);
+            for (size_t channel = 0; channel < 3; ++channel)
+                StoreWord(out, 3 * size_t{x} + channel, value);
         }
-        else
+        return;
+    case TargetKind::BGRa8:
+        for (uint32_t x = 0; x < width; ++x)
         {
-            StorePixel(target, out, x, value, value, value);
+            const auto value = static_cast<uint8_t>(Shifted(mono[x], shift));
+            const uint8_t pixel[4] = {value, value, value, 255};
+            std::memcpy(out + 4 * size_t{x}, pixel, 4);
         }
+        return;
     }
 }
 
 void PackRgbRow(const uint16_t* rgb, uint32_t depth, uint32_t width, TargetKind target, bool msbAligned,
                 uint8_t* out)
 {
-    const uint32_t targetDepth = TargetDepth(target);
-    for (uint32_t x = 0; x < width; ++x)
+    const DepthShift shift = ShiftFor(depth, TargetDepth(target), msbAligned);
+    switch (target)
     {
-        StorePixel(target, out, x, ConvertDepth(rgb[3 * x], depth, targetDepth, msbAligned),
-                   ConvertDepth(rgb[3 * x + 1], depth, targetDepth, msbAligned),
-                   ConvertDepth(rgb[3 * x + 2], depth, targetDepth, msbAligned));
+    case TargetKind::Mono8:
+    case TargetKind::Mono16:
+        for (uint32_t x = 0; x < width; ++x)
+        {
+            const uint32_t value = Luminance(Shifted(rgb[3 * x], shift), Shifted(rgb[3 * x + 1], shift),
+                                             Shifted(rgb[3 * x + 2], shift));
+            if (target == TargetKind::Mono8)
+                out[x] = static_cast<uint8_t>(value);
+            else
+                StoreWord(out, x, value);
+        }
+        return;
+    case TargetKind::RGB8:
+        for (size_t i = 0; i < 3 * size_t{width}; ++i)
+            out[i] = static_cast<uint8_t>(Shifted(rgb[i], shift));
+        return;
+    case TargetKind::RGB16:
+        for (size_t i = 0; i < 3 * size_t{width}; ++i)
+            StoreWord(out, i, Shifted(rgb[i], shift));
+        return;
+    case TargetKind::BGRa8:
+        for (uint32_t x = 0; x < width; ++x)
+        {
+            const uint8_t pixel[4] = {static_cast<uint8_t>(Shifted(rgb[3 * x + 2], shift)),
+                                      static_cast<uint8_t>(Shifted(rgb[3 * x + 1], shift)),
+                                      static_cast<uint8_t>(Shifted(rgb[3 * x], shift)), 255};
+            std::memcpy(out + 4 * size_t{x}, pixel, 4);
+        }
+        return;
     }
 }
 
 void ClearPixels(TargetKind target, uint8_t* row, uint32_t x, uint32_t count)
 {
-    for (uint32_t i = x; i < x + count; ++i)
+    if (target != TargetKind::BGRa8)
     {
-        StorePixel(target, row, i, 0, 0, 0);
+        static constexpr size_t kBytesPerPixel[] = {1, 2, 3, 6};
+        const size_t bytes = kBytesPerPixel[static_cast<size_t>(target)];
+        std::memset(row + bytes * x, 0, bytes * count);
+        return;
     }
+    static constexpr uint8_t kOpaqueBlack[4] = {0, 0, 0, 255};
+    for (uint32_t i = x; i < x + count; ++i)
+        std::memcpy(row + 4 * size_t{i}, kOpaqueBlack, 4);
 }
 
 } // namespace Tarvik::Conversion

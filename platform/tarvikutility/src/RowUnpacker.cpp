@@ -52,6 +52,39 @@ void UnpackGroupedMsb(const uint8_t* row, uint32_t width, uint32_t depth, uint16
     }
 }
 
+// Least-significant-bit-first streams of the common depths, a whole group at a time.
+void UnpackLsb12(const uint8_t* row, uint32_t width, uint16_t* out)
+{
+    uint32_t x = 0;
+    for (; x + 2 <= width; x += 2, row += 3)
+    {
+        out[x] = static_cast<uint16_t>(row[0] | ((row[1] & 0x0F) << 8));
+        out[x + 1] = static_cast<uint16_t>((row[1] >> 4) | (row[2] << 4));
+    }
+    if (x < width)
+    {
+        out[x] = static_cast<uint16_t>(row[0] | ((row[1] & 0x0F) << 8));
+    }
+}
+
+void UnpackLsb10(const uint8_t* row, uint32_t width, uint16_t* out)
+{
+    uint32_t x = 0;
+    for (; x + 4 <= width; x += 4, row += 5)
+    {
+        const uint64_t group = uint64_t{row[0]} | (uint64_t{row[1]} << 8) | (uint64_t{row[2]} << 16) |
+                               (uint64_t{row[3]} << 24) | (uint64_t{row[4]} << 32);
+        out[x] = static_cast<uint16_t>(group & 0x3FF);
+        out[x + 1] = static_cast<uint16_t>((group >> 10) & 0x3FF);
+        out[x + 2] = static_cast<uint16_t>((group >> 20) & 0x3FF);
+        out[x + 3] = static_cast<uint16_t>((group >> 30) & 0x3FF);
+    }
+    for (uint32_t i = 0; x < width; ++x, ++i)
+    {
+        out[x] = LsbStreamSample(row, i, 10);
+    }
+}
+
 void UnpackWords(const uint8_t* row, size_t count, uint32_t depth, uint16_t* out)
 {
     const auto maximum = static_cast<uint16_t>((1u << depth) - 1);
@@ -130,6 +163,16 @@ void UnpackMonoRow(const SourceImage& source, uint32_t y, uint16_t* out)
         UnpackGroupedMsb(row, width, format.depth, out);
         return;
     case PixelPacking::LsbStream:
+        if (format.depth == 12)
+        {
+            UnpackLsb12(row, width, out);
+            return;
+        }
+        if (format.depth == 10)
+        {
+            UnpackLsb10(row, width, out);
+            return;
+        }
         for (uint32_t x = 0; x < width; ++x)
         {
             out[x] = LsbStreamSample(row, x, format.depth);

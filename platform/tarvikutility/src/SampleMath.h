@@ -8,17 +8,6 @@
 namespace Tarvik::Conversion
 {
 
-// A sample of depth `from` as a sample of depth `to`: the top bits of a deeper
-// sample; a shallower one at the low end or, with `msbAligned`, at the top.
-inline uint32_t ConvertDepth(uint32_t value, uint32_t from, uint32_t to, bool msbAligned)
-{
-    if (from > to)
-    {
-        return value >> (from - to);
-    }
-    return msbAligned ? value << (to - from) : value;
-}
-
 inline uint32_t Luminance(uint32_t red, uint32_t green, uint32_t blue)
 {
     return (77 * red + 150 * green + 29 * blue + 128) >> 8;

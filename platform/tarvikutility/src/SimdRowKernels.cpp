@@ -293,21 +293,41 @@ void Yuv422RowToBgra8Impl(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RESTR
     }
 }
 
-void Bayer8RowToBgra8Impl(const uint8_t* HWY_RESTRICT above, const uint8_t* HWY_RESTRICT row,
-                          const uint8_t* HWY_RESTRICT below, uint8_t* HWY_RESTRICT target, uint32_t width,
-                          BayerRowKind kind)
+template <class D>
+hn::Vec<D> LoadSamples(D d16, const uint8_t* HWY_RESTRICT at)
 {
-    const hn::ScalableTag<int16_t> di16;
-    const hn::Rebind<uint8_t, decltype(di16)> d8;
-    const size_t lanes = hn::Lanes(di16);
-    const auto load = [&](const uint8_t* at) { return hn::PromoteTo(di16, hn::LoadU(d8, at)); };
-    const auto one = hn::Set(di16, 1);
-    const auto two = hn::Set(di16, 2);
+    const hn::Rebind<uint8_t, D> d8;
+    return hn::PromoteTo(d16, hn::LoadU(d8, at));
+}
+
+template <class D>
+hn::Vec<D> LoadSamples(D d16, const uint16_t* HWY_RESTRICT at)
+{
+    return hn::LoadU(d16, at);
+}
+
+// Bilinear demosaicing of one row of samples of `depth` bits, at most 14 so that
+// four samples add up within 16 bits, to their top 8 bits.
+template <typename Sample>
+void BayerRowToBgra8(const Sample* HWY_RESTRICT above, const Sample* HWY_RESTRICT row,
+                     const Sample* HWY_RESTRICT below, uint8_t* HWY_RESTRICT target, uint32_t width,
+                     BayerRowKind kind, uint32_t depth)
+{
+    const hn::ScalableTag<uint16_t> d16;
+    const hn::Rebind<int16_t, decltype(d16)> di16;
+    const hn::Rebind<uint8_t, decltype(d16)> d8;
+    const size_t lanes = hn::Lanes(d16);
+    const int shift = static_cast<int>(depth - 8);
+    const auto load = [&](const Sample* at) { return LoadSamples(d16, at); };
+    const auto toBytes = [&](hn::Vec<decltype(d16)> samples)
+    { return hn::DemoteTo(d8, hn::BitCast(di16, hn::ShiftRightSame(samples, shift))); };
+    const auto one = hn::Set(d16, 1);
+    const auto two = hn::Set(d16, 2);
     const auto alpha = hn::Set(d8, 255);
     // Which lanes hold red or blue samples, for vectors starting on an even or an
     // odd column (odd starts happen only with single-lane vectors).
-    const auto columnParity = hn::And(hn::Iota(di16, 0), one);
-    const auto colourParity = hn::Set(di16, static_cast<int16_t>(kind.colourParity));
+    const auto columnParity = hn::And(hn::Iota(d16, 0), one);
+    const auto colourParity = hn::Set(d16, static_cast<uint16_t>(kind.colourParity));
     const auto colourSiteFromEven = hn::Eq(columnParity, colourParity);
     const auto colourSiteFromOdd = hn::Not(colourSiteFromEven);
 
@@ -316,7 +336,7 @@ void Bayer8RowToBgra8Impl(const uint8_t* HWY_RESTRICT above, const uint8_t* HWY_
         for (uint32_t x = from; x < to; ++x)
         {
             const Rgb16 pixel = DemosaicPixel(above, row, below, width, x, kind);
-            StoreBgra(target, x, pixel.red, pixel.green, pixel.blue);
+            StoreBgra(target, x, pixel.red >> shift, pixel.green >> shift, pixel.blue >> shift);
         }
     };
 
@@ -326,12 +346,8 @@ void Bayer8RowToBgra8Impl(const uint8_t* HWY_RESTRICT above, const uint8_t* HWY_
     for (; x + lanes + 1 <= width; x += lanes)
     {
         const auto centre = load(row + x);
-        const auto west = load(row + x - 1);
-        const auto east = load(row + x + 1);
-        const auto north = load(above + x);
-        const auto south = load(below + x);
-        const auto horizontal = hn::Add(west, east);
-        const auto vertical = hn::Add(north, south);
+        const auto horizontal = hn::Add(load(row + x - 1), load(row + x + 1));
+        const auto vertical = hn::Add(load(above + x), load(below + x));
         const auto diagonal = hn::Add(hn::Add(load(above + x - 1), load(above + x + 1)),
                                       hn::Add(load(below + x - 1), load(below + x + 1)));
         const auto meanHorizontal = hn::ShiftRight<1>(hn::Add(horizontal, one));
@@ -343,11 +359,25 @@ void Bayer8RowToBgra8Impl(const uint8_t* HWY_RESTRICT above, const uint8_t* HWY_
         const auto own = hn::IfThenElse(colourSite, centre, meanHorizontal);
         const auto green = hn::IfThenElse(colourSite, meanCross, centre);
         const auto other = hn::IfThenElse(colourSite, meanDiagonal, meanVertical);
-        const auto red = hn::DemoteTo(d8, kind.redRow ? own : other);
-        const auto blue = hn::DemoteTo(d8, kind.redRow ? other : own);
-        hn::StoreInterleaved4(blue, hn::DemoteTo(d8, green), red, alpha, d8, target + 4 * x);
+        const auto red = toBytes(kind.redRow ? own : other);
+        const auto blue = toBytes(kind.redRow ? other : own);
+        hn::StoreInterleaved4(blue, toBytes(green), red, alpha, d8, target + 4 * x);
     }
     scalarPixels(static_cast<uint32_t>(std::max<size_t>(x, 2)), width);
+}
+
+void Bayer8RowToBgra8Impl(const uint8_t* HWY_RESTRICT above, const uint8_t* HWY_RESTRICT row,
+                          const uint8_t* HWY_RESTRICT below, uint8_t* HWY_RESTRICT target, uint32_t width,
+                          BayerRowKind kind)
+{
+    BayerRowToBgra8(above, row, below, target, width, kind, 8);
+}
+
+void Bayer16RowToBgra8Impl(const uint16_t* HWY_RESTRICT above, const uint16_t* HWY_RESTRICT row,
+                           const uint16_t* HWY_RESTRICT below, uint8_t* HWY_RESTRICT target, uint32_t width,
+                           BayerRowKind kind, uint32_t depth)
+{
+    BayerRowToBgra8(above, row, below, target, width, kind, depth);
 }
 
 } // namespace Tarvik::Conversion::HWY_NAMESPACE
@@ -363,6 +393,7 @@ HWY_EXPORT(Rgb8RowToBgra8Impl);
 HWY_EXPORT(Rgba8RowToBgra8Impl);
 HWY_EXPORT(Yuv422RowToBgra8Impl);
 HWY_EXPORT(Bayer8RowToBgra8Impl);
+HWY_EXPORT(Bayer16RowToBgra8Impl);
 
 void Mono8RowToBgra8(const uint8_t* source, uint8_t* target, uint32_t width)
 {
@@ -393,6 +424,12 @@ void Bayer8RowToBgra8(const uint8_t* above, const uint8_t* row, const uint8_t* b
                       uint32_t width, BayerRowKind kind)
 {
     HWY_DYNAMIC_DISPATCH(Bayer8RowToBgra8Impl)(above, row, below, target, width, kind);
+}
+
+void Bayer16RowToBgra8(const uint16_t* above, const uint16_t* row, const uint16_t* below, uint8_t* target,
+                       uint32_t width, BayerRowKind kind, uint32_t depth)
+{
+    HWY_DYNAMIC_DISPATCH(Bayer16RowToBgra8Impl)(above, row, below, target, width, kind, depth);
 }
 
 } // namespace Tarvik::Conversion
