@@ -15,7 +15,7 @@
 //   of its two or four nearest samples, with the neighbourhood mirrored at the
 //   border (InconvertibleEdgeHandling Extrapolate) or the one-pixel frame written
 //   black (SetZero). In images one pixel wide or high a colour with no sample in
-//   reach takes the green value of its pixel.
+//   reach takes the green value of its pixel (its own sample if green has none).
 // - RGB565 channels are read as 6-bit values, the 5-bit ones shifted up by one.
 // - BGRa8 output has alpha 255; source alpha is dropped.
 // - Orientation: a source row order that differs from OutputOrientation is
@@ -23,6 +23,11 @@
 //
 // Sizes: a buffer must hold every row with its padding except the padding after
 // the last row. Padding bytes of the target are left as they are.
+//
+// Speed: MaxNumThreads splits the rows into bands of at least 64 rows on that
+// many threads; 1, the default, keeps a conversion on the caller's thread, as a
+// node that runs once per frame wants. Frames whose source and target together
+// exceed 24 MiB are written past the cache.
 //
 // Not thread-safe for conversions: one conversion at a time per converter. The
 // settings are guarded by a lock of their own, so the node map may be written
