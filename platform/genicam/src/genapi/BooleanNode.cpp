@@ -12,7 +12,7 @@ namespace GenApi::Detail
 
 void CBooleanNode::Load(CElementReader& reader)
 {
-    CValueNode::Load(reader);
+    CValueOrPointerNode::Load(reader);
     m_constant.Load(reader, "Value", nullptr);
     m_pointer.Load(reader, nullptr, "pValue");
     if (m_constant.IsPresent() == m_pointer.IsPresent())
@@ -23,36 +23,14 @@ void CBooleanNode::Load(CElementReader& reader)
 
 void CBooleanNode::Link(CNodeLinker& linker)
 {
-    CValueNode::Link(linker);
+    CValueOrPointerNode::Link(linker);
     m_pointer.Link(linker, *this);
-}
-
-void CBooleanNode::CollectReads(std::vector<CNode*>& reads) const
-{
-    CValueNode::CollectReads(reads);
-    if (m_pointer.Pointer() != nullptr)
-        reads.push_back(m_pointer.Pointer());
 }
 
 void CBooleanNode::Verify() const
 {
     if (m_onValue == m_offValue)
         throw PROPERTY_EXCEPTION("[%s] OnValue and OffValue are both %" PRId64, Name().c_str(), m_onValue);
-}
-
-EAccessMode CBooleanNode::OwnAccessMode(EIntent intent) const
-{
-    return m_pointer.Pointer() != nullptr ? m_pointer.Pointer()->AccessMode(intent) : RW;
-}
-
-ECachingMode CBooleanNode::CachingMode() const
-{
-    return m_pointer.Pointer() != nullptr ? CValueNode::CachingMode() : WriteThrough;
-}
-
-bool CBooleanNode::CacheValid() const
-{
-    return m_pointer.Pointer() == nullptr || CValueNode::CacheValid();
 }
 
 bool CBooleanNode::Read(bool ignoreCache) const
@@ -80,7 +58,7 @@ void CBooleanNode::Write(bool value, bool verify)
     m_map.ScheduleInvalidation(this);
 }
 
-void CBooleanNode::WriteInteger(int64_t value, bool verify)
+void CBooleanNode::WriteNumber(int64_t value, bool verify)
 {
     if (verify && value != 0 && value != 1)
         throw OUT_OF_RANGE_EXCEPTION("[%s] value %" PRId64 " is neither 0 nor 1", Name().c_str(), value);

@@ -2,19 +2,19 @@
 // document or the OnValue/OffValue of another node.
 #pragma once
 
-#include "Node.h"
-#include "RangeCheck.h"
+#include "NumericAccess.h"
 #include "ValueOrPointer.h"
+#include "ValueOrPointerNode.h"
 
 #include <GenApi/IBoolean.h>
 
 namespace GenApi::Detail
 {
 
-class CBooleanNode final : public CValueNode, public IBoolean
+class CBooleanNode final : public TNumericAccess<CValueOrPointerNode, int64_t>, public IBoolean
 {
 public:
-    using CValueNode::CValueNode;
+    using TNumericAccess::TNumericAccess;
 
     // IBoolean
     void SetValue(bool Value, bool Verify = true) override;
@@ -24,24 +24,14 @@ public:
     // CNode
     void Load(CElementReader& reader) override;
     void Link(CNodeLinker& linker) override;
-    void CollectReads(std::vector<CNode*>& reads) const override;
     CNode* ValueChild() const override { return m_pointer.Pointer(); }
     void Verify() const override;
-    bool IsNumeric() const override { return true; }
-    int64_t ReadInteger(bool ignoreCache) const override { return Read(ignoreCache) ? 1 : 0; }
-    void WriteInteger(int64_t value, bool verify) override;
-    double ReadFloat(bool ignoreCache) const override { return Read(ignoreCache) ? 1.0 : 0.0; }
-    void WriteFloat(double value, bool verify) override
-    {
-        WriteInteger(FloatToInteger(*this, value), verify);
-    }
     int64_t IntegerMin() const override { return 0; }
     int64_t IntegerMax() const override { return 1; }
-    ECachingMode CachingMode() const override;
-    bool CacheValid() const override;
 
 protected:
-    EAccessMode OwnAccessMode(EIntent intent) const override;
+    int64_t ReadNumber(bool ignoreCache) const override { return Read(ignoreCache) ? 1 : 0; }
+    void WriteNumber(int64_t value, bool verify) override;
     GenICam::gcstring ValueToString(bool verify, bool ignoreCache) override;
     void ValueFromString(const GenICam::gcstring& text, bool verify) override;
 

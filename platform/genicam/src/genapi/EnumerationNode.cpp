@@ -13,7 +13,7 @@ namespace GenApi::Detail
 
 void CEnumerationNode::Load(CElementReader& reader)
 {
-    CValueNode::Load(reader);
+    CValueOrPointerNode::Load(reader);
     for (pugi::xml_node element : reader.Elements("EnumEntry"))
     {
         const char* entryName = element.attribute("Name").value();
@@ -33,15 +33,13 @@ void CEnumerationNode::Load(CElementReader& reader)
 
 void CEnumerationNode::Link(CNodeLinker& linker)
 {
-    CValueNode::Link(linker);
+    CValueOrPointerNode::Link(linker);
     m_value.Link(linker, *this);
 }
 
 void CEnumerationNode::CollectReads(std::vector<CNode*>& reads) const
 {
-    CValueNode::CollectReads(reads);
-    if (m_value.Pointer() != nullptr)
-        reads.push_back(m_value.Pointer());
+    CValueOrPointerNode::CollectReads(reads);
     reads.insert(reads.end(), m_entries.begin(), m_entries.end());
 }
 
@@ -58,21 +56,6 @@ void CEnumerationNode::Verify() const
                                          Name().c_str(), m_entries[j]->Symbolic().c_str(),
                                          m_entries[i]->Symbolic().c_str(), m_entries[i]->Value());
         }
-}
-
-EAccessMode CEnumerationNode::OwnAccessMode(EIntent intent) const
-{
-    return m_value.Pointer() != nullptr ? m_value.Pointer()->AccessMode(intent) : RW;
-}
-
-ECachingMode CEnumerationNode::CachingMode() const
-{
-    return m_value.Pointer() != nullptr ? CValueNode::CachingMode() : WriteThrough;
-}
-
-bool CEnumerationNode::CacheValid() const
-{
-    return m_value.Pointer() == nullptr || CValueNode::CacheValid();
 }
 
 CEnumEntryNode* CEnumerationNode::EntryBySymbolic(const GenICam::gcstring& symbolic) const
@@ -101,12 +84,7 @@ int64_t CEnumerationNode::Read(bool verify, bool ignoreCache) const
     return value;
 }
 
-int64_t CEnumerationNode::ReadInteger(bool ignoreCache) const
-{
-    return Read(false, ignoreCache);
-}
-
-void CEnumerationNode::WriteInteger(int64_t value, bool verify)
+void CEnumerationNode::WriteNumber(int64_t value, bool verify)
 {
     RequireWritable();
     if (verify)
@@ -142,7 +120,7 @@ void CEnumerationNode::GetEntries(NodeList_t& Entries)
 
 void CEnumerationNode::SetIntValue(int64_t Value, bool Verify)
 {
-    m_map.Access([&] { WriteInteger(Value, Verify); });
+    m_map.Access([&] { WriteNumber(Value, Verify); });
 }
 
 int64_t CEnumerationNode::GetIntValue(bool Verify, bool IgnoreCache)
@@ -180,7 +158,7 @@ void CEnumerationNode::ValueFromString(const GenICam::gcstring& text, bool verif
     const CEnumEntryNode* entry = EntryBySymbolic(text);
     if (entry == nullptr)
         throw INVALID_ARGUMENT_EXCEPTION("[%s] has no entry '%s'", Name().c_str(), text.c_str());
-    WriteInteger(entry->Value(), verify);
+    WriteNumber(entry->Value(), verify);
 }
 
 } // namespace GenApi::Detail

@@ -3,19 +3,19 @@
 #pragma once
 
 #include "EnumEntryNode.h"
-#include "Node.h"
-#include "RangeCheck.h"
+#include "NumericAccess.h"
 #include "ValueOrPointer.h"
+#include "ValueOrPointerNode.h"
 
 #include <GenApi/IEnumeration.h>
 
 namespace GenApi::Detail
 {
 
-class CEnumerationNode final : public CValueNode, public IEnumeration
+class CEnumerationNode final : public TNumericAccess<CValueOrPointerNode, int64_t>, public IEnumeration
 {
 public:
-    using CValueNode::CValueNode;
+    using TNumericAccess::TNumericAccess;
 
     // IEnumeration
     void GetSymbolics(StringList_t& Symbolics) override;
@@ -33,22 +33,10 @@ public:
     void CollectReads(std::vector<CNode*>& reads) const override;
     CNode* ValueChild() const override { return m_value.Pointer(); }
     void Verify() const override;
-    bool IsNumeric() const override { return true; }
-    int64_t ReadInteger(bool ignoreCache) const override;
-    void WriteInteger(int64_t value, bool verify) override;
-    double ReadFloat(bool ignoreCache) const override
-    {
-        return static_cast<double>(ReadInteger(ignoreCache));
-    }
-    void WriteFloat(double value, bool verify) override
-    {
-        WriteInteger(FloatToInteger(*this, value), verify);
-    }
-    ECachingMode CachingMode() const override;
-    bool CacheValid() const override;
 
 protected:
-    EAccessMode OwnAccessMode(EIntent intent) const override;
+    int64_t ReadNumber(bool ignoreCache) const override { return Read(false, ignoreCache); }
+    void WriteNumber(int64_t value, bool verify) override;
     GenICam::gcstring ValueToString(bool verify, bool ignoreCache) override;
     void ValueFromString(const GenICam::gcstring& text, bool verify) override;
 
