@@ -4,11 +4,10 @@
 #include "CategoryNode.h"
 #include "EnumEntryNode.h"
 #include "EnumerationNode.h"
-#include "FloatNode.h"
 #include "FloatRegNode.h"
 #include "IntRegNode.h"
-#include "IntegerNode.h"
 #include "NodeMap.h"
+#include "NumberFeature.h"
 #include "PortNode.h"
 
 namespace GenApi::Detail

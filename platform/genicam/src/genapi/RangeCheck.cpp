@@ -23,7 +23,7 @@ int64_t FloatToInteger(const CNode& node, double value)
     return static_cast<int64_t>(rounded);
 }
 
-void CheckIntegerRange(const CNode& node, int64_t value, int64_t min, int64_t max, int64_t inc)
+void CheckRange(const CNode& node, int64_t value, int64_t min, int64_t max, int64_t inc)
 {
     if (value < min)
         throw OUT_OF_RANGE_EXCEPTION("[%s] value %" PRId64 " below minimum %" PRId64, node.Name().c_str(),
@@ -41,7 +41,7 @@ void CheckIntegerRange(const CNode& node, int64_t value, int64_t min, int64_t ma
                                      node.Name().c_str(), value, min, inc);
 }
 
-void CheckFloatRange(const CNode& node, double value, double min, double max, double inc)
+void CheckRange(const CNode& node, double value, double min, double max, double inc)
 {
     if (std::isnan(value))
         throw OUT_OF_RANGE_EXCEPTION("[%s] value NaN is not a number", node.Name().c_str());

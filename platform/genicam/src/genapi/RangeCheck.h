@@ -14,8 +14,8 @@ namespace GenApi::Detail
 // the node if there is none.
 int64_t FloatToInteger(const CNode& node, double value);
 
-void CheckIntegerRange(const CNode& node, int64_t value, int64_t min, int64_t max, int64_t inc);
+void CheckRange(const CNode& node, int64_t value, int64_t min, int64_t max, int64_t inc);
 // inc 0 means no increment.
-void CheckFloatRange(const CNode& node, double value, double min, double max, double inc);
+void CheckRange(const CNode& node, double value, double min, double max, double inc);
 
 } // namespace GenApi::Detail

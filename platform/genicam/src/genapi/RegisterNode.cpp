@@ -9,6 +9,7 @@
 #include <GCBase/GCException.h>
 #include <GenApi/AccessModeHelpers.h>
 
+#include <algorithm>
 #include <cinttypes>
 #include <cstring>
 
@@ -113,6 +114,20 @@ void CRegisterNode::WriteBytes(const uint8_t* bytes)
     m_cacheValid = false;
     m_port->WritePort(bytes, Address(), m_length);
     m_map.ScheduleInvalidation(this);
+}
+
+void CRegisterNode::ReadLittleEndian(uint8_t* bytes, bool ignoreCache) const
+{
+    ReadBytes(bytes, ignoreCache);
+    if (BigEndianBytes())
+        std::reverse(bytes, bytes + m_length);
+}
+
+void CRegisterNode::WriteLittleEndian(uint8_t* bytes)
+{
+    if (BigEndianBytes())
+        std::reverse(bytes, bytes + m_length);
+    WriteBytes(bytes);
 }
 
 int64_t CRegisterNode::GetAddress() const

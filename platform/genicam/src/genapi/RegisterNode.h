@@ -41,12 +41,11 @@ public:
 protected:
     EAccessMode OwnAccessMode(EIntent intent) const override;
 
-    // Under the lock, with the access mode already checked; the bytes are in the
-    // order of the device.
-    void ReadBytes(uint8_t* bytes, bool ignoreCache) const;
-    void WriteBytes(const uint8_t* bytes);
-    // Whether the bytes of the device are most significant first, after a port swap.
-    bool BigEndianBytes() const;
+    // Under the lock, with the access mode already checked: the value's bytes
+    // least significant first, whatever the order of the device.
+    void ReadLittleEndian(uint8_t* bytes, bool ignoreCache) const;
+    // Takes the bytes least significant first and reorders them in place.
+    void WriteLittleEndian(uint8_t* bytes);
     int64_t Length() const { return m_length; }
 
     // The lengths a subclass allows: integer registers 1 to 8, float registers 4 or 8.
@@ -55,6 +54,11 @@ protected:
 
 private:
     int64_t Address() const;
+    // Whether the bytes of the device are most significant first, after a port swap.
+    bool BigEndianBytes() const;
+    // In the order of the device.
+    void ReadBytes(uint8_t* bytes, bool ignoreCache) const;
+    void WriteBytes(const uint8_t* bytes);
 
     std::vector<int64_t> m_addresses;
     std::vector<GenICam::gcstring> m_addressNodeNames;
