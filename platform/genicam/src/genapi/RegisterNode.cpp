@@ -135,14 +135,19 @@ int64_t CRegisterNode::GetAddress() const
     return m_map.Access([&] { return Address(); });
 }
 
+void CRegisterNode::RequireLength(int64_t length, const char* verb) const
+{
+    if (length != m_length)
+        throw INVALID_ARGUMENT_EXCEPTION("[%s] %s %" PRId64 " bytes, not %" PRId64, Name().c_str(), verb,
+                                         m_length, length);
+}
+
 void CRegisterNode::Set(const uint8_t* pBuffer, int64_t Length, bool /*Verify*/)
 {
     m_map.Access(
         [&]
         {
-            if (Length != m_length)
-                throw INVALID_ARGUMENT_EXCEPTION("[%s] takes %" PRId64 " bytes, not %" PRId64, Name().c_str(),
-                                                 m_length, Length);
+            RequireLength(Length, "takes");
             RequireWritable();
             WriteBytes(pBuffer);
         });
@@ -153,9 +158,7 @@ void CRegisterNode::Get(uint8_t* pBuffer, int64_t Length, bool /*Verify*/, bool 
     m_map.Access(
         [&]
         {
-            if (Length != m_length)
-                throw INVALID_ARGUMENT_EXCEPTION("[%s] gives %" PRId64 " bytes, not %" PRId64, Name().c_str(),
-                                                 m_length, Length);
+            RequireLength(Length, "gives");
             RequireReadable();
             ReadBytes(pBuffer, IgnoreCache);
         });

@@ -54,6 +54,8 @@ protected:
 
 private:
     int64_t Address() const;
+    // Throws InvalidArgumentException unless a client's buffer has the register's length.
+    void RequireLength(int64_t length, const char* verb) const;
     // Whether the bytes of the device are most significant first, after a port swap.
     bool BigEndianBytes() const;
     // In the order of the device.
