@@ -7,7 +7,7 @@
 #include <AnythingToNodeMapAdapter/IntegerParameterPortRelay.h>
 
 #include "detail/AnythingToNodeMapAdapterImpl.h"
-#include "detail/IntegerNodeMapPort.h"
+#include "detail/DataNodeMapPort.h"
 
 #include <GenApi/GenApi.h>
 

@@ -2,9 +2,7 @@
 // parameters. Buffers are exactly as long as the access says, so any byte read or
 // written beyond them is caught by the address sanitizer. Checks the rules of the
 // register level: an access with another length than 8 reads zeros over its length.
-#include "detail/BooleanNodeMapPort.h"
-#include "detail/FloatNodeMapPort.h"
-#include "detail/IntegerNodeMapPort.h"
+#include "detail/DataNodeMapPort.h"
 #include "detail/RealNodeMapPortMultiParameter.h"
 #include "detail/RealNodeMapPortSingleParameter.h"
 

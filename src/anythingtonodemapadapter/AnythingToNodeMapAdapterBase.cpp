@@ -1,10 +1,8 @@
 #include <AnythingToNodeMapAdapter/AnythingToNodeMapAdapterBase.h>
 
 #include "detail/AnythingToNodeMapAdapterBaseImpl.h"
-#include "detail/BooleanNodeMapPort.h"
 #include "detail/CategoryNodeMapPort.h"
-#include "detail/FloatNodeMapPort.h"
-#include "detail/IntegerNodeMapPort.h"
+#include "detail/DataNodeMapPort.h"
 
 namespace AnythingToNodeMapAdapter
 {

@@ -3,8 +3,8 @@
 #include "AdapterTestSupport.h"
 #include "TestNode.h"
 #include "detail/AnythingToNodeMapAdapterImpl.h"
-#include "detail/BooleanNodeMapPort.h"
 #include "detail/CategoryNodeMapPort.h"
+#include "detail/DataNodeMapPort.h"
 
 #include <AnythingToNodeMapAdapter/AnythingToNodeMapAdapter.h>
 

@@ -1,10 +1,8 @@
 #include "AdapterTestSupport.h"
 #include "DescriptionAdapter.h"
 #include "TestNode.h"
-#include "detail/BooleanNodeMapPort.h"
 #include "detail/CategoryNodeMapPort.h"
-#include "detail/FloatNodeMapPort.h"
-#include "detail/IntegerNodeMapPort.h"
+#include "detail/DataNodeMapPort.h"
 
 #include <gtest/gtest.h>
 

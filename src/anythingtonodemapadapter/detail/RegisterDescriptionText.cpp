@@ -51,33 +51,6 @@ bool isPresent(const IBasicDataParameterPort& port, RegisterSpec::Presence prese
     return true;
 }
 
-void writeRegister(std::ostream& stream, const IBasicDataParameterPort& port, const RegisterSpec& spec,
-                   const RegisterContext& context)
-{
-    stream << indent1 << '<' << spec.element << " Name=\"" << context.reg << spec.suffix << "\">\n";
-    writeElementLine(stream, "Visibility", port.getVisibility());
-    writeElementLine(stream, "Address", hexAddress(context.blockAddress + spec.offset));
-    writeElementLine(stream, "Length", "8");
-    writeElementLine(stream, "AccessMode",
-                     spec.access == RegisterSpec::Access::ofValue ? accessWord(port) : "RO");
-    writeElementLine(stream, "pPort", context.portName);
-    writeElementLine(stream, "Cachable", "NoCache");
-    if (spec.invalidators)
-    {
-        writeValueLines(stream, "pInvalidator", context.invalidators);
-    }
-    if (spec.sign == RegisterSpec::Sign::unsignedWord)
-    {
-        writeElementLine(stream, "Sign", "Unsigned");
-    }
-    else if (spec.sign == RegisterSpec::Sign::ofPort)
-    {
-        writeElementLine(stream, "Sign", context.isSigned ? "Signed" : "Unsigned");
-    }
-    writeElementLine(stream, "Endianess", "LittleEndian");
-    stream << indent1 << "</" << spec.element << ">\n";
-}
-
 } // namespace
 
 void writeHead(std::ostream& stream)
@@ -162,16 +135,48 @@ void writeFeatureHead(std::ostream& stream, const IBasicDataParameterPort& port,
     writeElementLine(stream, "pValue", head.reg + "Value");
 }
 
-void writeRegisters(std::ostream& stream, const IBasicDataParameterPort& port,
-                    std::span<const RegisterSpec> table, const RegisterContext& context)
+void writeNumberLines(std::ostream& stream, const GenICam::gcstring& reg, bool withInc, const char* unit,
+                      const char* representation)
 {
-    for (const RegisterSpec& spec : table)
+    writeElementLine(stream, "pMin", reg + "Min");
+    writeElementLine(stream, "pMax", reg + "Max");
+    if (withInc)
     {
-        if (isPresent(port, spec.presence))
-        {
-            writeRegister(stream, port, spec, context);
-        }
+        writeElementLine(stream, "pInc", reg + "Inc");
     }
+    writeElementLineIfText(stream, "Unit", unit);
+    writeElementLine(stream, "Representation", representation);
+}
+
+void writeRegister(std::ostream& stream, const IBasicDataParameterPort& port, const RegisterSpec& spec,
+                   const RegisterContext& context)
+{
+    if (!isPresent(port, spec.presence))
+    {
+        return;
+    }
+    stream << indent1 << '<' << spec.element << " Name=\"" << context.reg << spec.suffix << "\">\n";
+    writeElementLine(stream, "Visibility", port.getVisibility());
+    writeElementLine(stream, "Address", hexAddress(context.blockAddress + spec.offset));
+    writeElementLine(stream, "Length", "8");
+    writeElementLine(stream, "AccessMode",
+                     spec.access == RegisterSpec::Access::ofValue ? accessWord(port) : "RO");
+    writeElementLine(stream, "pPort", context.portName);
+    writeElementLine(stream, "Cachable", "NoCache");
+    if (spec.invalidators)
+    {
+        writeValueLines(stream, "pInvalidator", context.invalidators);
+    }
+    if (spec.sign == RegisterSpec::Sign::unsignedWord)
+    {
+        writeElementLine(stream, "Sign", "Unsigned");
+    }
+    else if (spec.sign == RegisterSpec::Sign::ofPort)
+    {
+        writeElementLine(stream, "Sign", context.isSigned ? "Signed" : "Unsigned");
+    }
+    writeElementLine(stream, "Endianess", "LittleEndian");
+    stream << indent1 << "</" << spec.element << ">\n";
 }
 
 GenICam::gcstring hexAddress(int64_t address)

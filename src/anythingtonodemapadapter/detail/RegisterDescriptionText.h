@@ -10,7 +10,6 @@
 #include <cstdint>
 #include <list>
 #include <ostream>
-#include <span>
 
 namespace AnythingToNodeMapAdapter::Detail::RegisterDescriptionText
 {
@@ -41,6 +40,10 @@ struct FeatureHead
     const Values& isLocked;       // relation values, used without an IsLocked register
 };
 void writeFeatureHead(std::ostream& stream, const IBasicDataParameterPort& port, const FeatureHead& head);
+// What a number feature holds after its pValue line: pMin, pMax, with withInc pInc, the
+// unit when not empty, and the representation.
+void writeNumberLines(std::ostream& stream, const GenICam::gcstring& reg, bool withInc, const char* unit,
+                      const char* representation);
 
 // One row of a port type's register table.
 struct RegisterSpec
@@ -81,8 +84,9 @@ struct RegisterContext
     bool isSigned;
     const Values& invalidators;
 };
-void writeRegisters(std::ostream& stream, const IBasicDataParameterPort& port,
-                    std::span<const RegisterSpec> table, const RegisterContext& context);
+// The register element of spec, unless the port's dynamic flags leave that register out.
+void writeRegister(std::ostream& stream, const IBasicDataParameterPort& port, const RegisterSpec& spec,
+                   const RegisterContext& context);
 
 // "0x" and the address in lower-case hexadecimal without leading zeros.
 GenICam::gcstring hexAddress(int64_t address);
