@@ -61,26 +61,32 @@ std::vector<pugi::xml_node> CElementReader::Elements(const char* name)
     return elements;
 }
 
-std::optional<int64_t> CElementReader::Integer(const char* name)
+template <class T>
+std::optional<T> CElementReader::Parsed(const char* name, std::optional<T> (*parse)(std::string_view),
+                                        const char* problem)
 {
     const std::optional<GenICam::gcstring> text = Text(name);
     if (!text)
         return std::nullopt;
-    const std::optional<int64_t> value = ParseInteger(text->view());
+    const std::optional<T> value = parse(text->view());
     if (!value)
-        FailElement(name, *text, "is not a decimal or 0x-prefixed hexadecimal integer");
+        FailElement(name, *text, problem);
     return value;
+}
+
+std::optional<int64_t> CElementReader::Integer(const char* name)
+{
+    return Parsed(name, &ParseInteger, "is not a decimal or 0x-prefixed hexadecimal integer");
 }
 
 std::optional<double> CElementReader::Float(const char* name)
 {
-    const std::optional<GenICam::gcstring> text = Text(name);
-    if (!text)
-        return std::nullopt;
-    const std::optional<double> value = ParseFloat(text->view());
-    if (!value)
-        FailElement(name, *text, "is not a floating-point number");
-    return value;
+    return Parsed(name, &ParseFloat, "is not a floating-point number");
+}
+
+std::optional<bool> CElementReader::Boolean(const char* name)
+{
+    return Parsed(name, &ParseBoolean, "is not true or false");
 }
 
 std::optional<GenICam::gcstring> CElementReader::Reference(const char* name)

@@ -12,6 +12,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -48,6 +49,8 @@ public:
 
     std::optional<int64_t> Integer(const char* name);
     std::optional<double> Float(const char* name);
+    // "true", "false", "1" or "0".
+    std::optional<bool> Boolean(const char* name);
     // A node name, checked for its form.
     std::optional<GenICam::gcstring> Reference(const char* name);
     std::vector<GenICam::gcstring> References(const char* name);
@@ -76,6 +79,10 @@ public:
 
 private:
     GenICam::gcstring ElementText(pugi::xml_node child) const;
+    // The text of the only child `name` read by parse; a failure naming the problem if it cannot.
+    template <class T>
+    std::optional<T> Parsed(const char* name, std::optional<T> (*parse)(std::string_view),
+                            const char* problem);
 
     pugi::xml_node m_element;
     GenICam::gcstring m_nodeName;

@@ -6,11 +6,9 @@
 #include "ElementReader.h"
 #include "Node.h"
 #include "NodeLinker.h"
-#include "Text.h"
 
 #include <GCBase/GCException.h>
 
-#include <cmath>
 #include <cstdint>
 #include <optional>
 #include <type_traits>
@@ -80,15 +78,7 @@ private:
         else if constexpr (std::is_same_v<T, double>)
             return reader.Float(element);
         else
-        {
-            const std::optional<GenICam::gcstring> text = reader.Text(element);
-            if (!text)
-                return std::nullopt;
-            const std::optional<bool> value = ParseBoolean(text->view());
-            if (!value)
-                reader.FailElement(element, *text, "is not true or false");
-            return value;
-        }
+            return reader.Boolean(element);
     }
 
     const char* m_pointerElement = "";
