@@ -63,6 +63,11 @@ struct DirectFormat
     const char* order; // colour only
 };
 
+void PrintTo(const DirectFormat& format, std::ostream* out)
+{
+    *out << format.name;
+}
+
 std::string formatName(const ::testing::TestParamInfo<DirectFormat>& info)
 {
     return info.param.name;

@@ -76,16 +76,19 @@ size_t commonLength(std::initializer_list<const std::vector<uint32_t>*> vectors)
 }
 
 // Count tables of byte values: `Ways` tables per channel, summed at the end.
+// Each table is padded, so that the same value in two tables does not share the
+// low address bits by which the processor guesses that a load depends on a store.
 template <size_t Channels, size_t Ways>
 struct ByteTables
 {
-    std::array<std::array<std::array<uint32_t, byteValues>, Ways>, Channels> counts{};
+    using Table = uint32_t[byteValues + 16];
+    Table counts[Channels][Ways] = {};
 
     uint32_t total(size_t channel, size_t value) const
     {
         uint32_t sum = 0;
-        for (const auto& way : counts[channel])
-            sum += way[value];
+        for (size_t way = 0; way < Ways; ++way)
+            sum += counts[channel][way][value];
         return sum;
     }
 
@@ -106,26 +109,24 @@ struct ByteTables
     }
 };
 
-void countMonoBytes(const Rows& rows, std::vector<uint32_t>& lum)
+void countMonoBytes(const Rows rows, std::vector<uint32_t>& lum)
 {
-    ByteTables<1, 4> tables;
+    ByteTables<1, 8> tables;
     auto& way = tables.counts[0];
     for (uint32_t y = 0; y < rows.height; ++y)
     {
         const uint8_t* const row = rows.row(y);
-        uint32_t x = 0;
+        size_t x = 0;
         for (; x + 8 <= rows.width; x += 8)
         {
-            uint64_t eight;
-            std::memcpy(&eight, row + x, sizeof eight);
-            ++way[0][eight & 0xFF];
-            ++way[1][(eight >> 8) & 0xFF];
-            ++way[2][(eight >> 16) & 0xFF];
-            ++way[3][(eight >> 24) & 0xFF];
-            ++way[0][(eight >> 32) & 0xFF];
-            ++way[1][(eight >> 40) & 0xFF];
-            ++way[2][(eight >> 48) & 0xFF];
-            ++way[3][eight >> 56];
+            ++way[0][row[x]];
+            ++way[1][row[x + 1]];
+            ++way[2][row[x + 2]];
+            ++way[3][row[x + 3]];
+            ++way[4][row[x + 4]];
+            ++way[5][row[x + 5]];
+            ++way[6][row[x + 6]];
+            ++way[7][row[x + 7]];
         }
         for (; x < rows.width; ++x)
             ++way[0][row[x]];
@@ -134,14 +135,14 @@ void countMonoBytes(const Rows& rows, std::vector<uint32_t>& lum)
     tables.addTo(0, lum);
 }
 
-void countMonoWords(const Rows& rows, std::vector<uint32_t>& lum)
+void countMonoWords(const Rows rows, std::vector<uint32_t>& lum)
 {
     uint32_t* const bins = lum.data();
     const size_t binCount = lum.size();
     for (uint32_t y = 0; y < rows.height; ++y)
     {
         const uint8_t* const row = rows.row(y);
-        for (uint32_t x = 0; x < rows.width; ++x)
+        for (size_t x = 0; x < rows.width; ++x)
         {
             const uint16_t value = word(row + 2 * x);
             if (value < binCount)
@@ -161,29 +162,28 @@ constexpr std::array<std::array<uint8_t, 4>, 4> bayerChannels = {{
 
 // Counts by position in the pattern (row parity, column parity), two tables for
 // each, and hands the positions to their channels at the end.
-void countBayerBytes(const Rows& rows, const std::array<uint8_t, 4>& channels,
+void countBayerBytes(const Rows rows, const std::array<uint8_t, 4>& channels,
                      const std::array<std::vector<uint32_t>*, 3>& outputs)
 {
-    ByteTables<4, 2> tables;
-    const uint32_t pairs = rows.width / 2;
+    ByteTables<4, 4> tables;
+    const size_t pairs = rows.width / 2;
     for (uint32_t y = 0; y < rows.height; ++y)
     {
         const uint8_t* const row = rows.row(y);
         auto& first = tables.counts[2 * (y & 1)];
         auto& second = tables.counts[2 * (y & 1) + 1];
-        uint32_t pair = 0;
+        size_t pair = 0;
         for (; pair + 4 <= pairs; pair += 4)
         {
-            uint64_t eight;
-            std::memcpy(&eight, row + 2 * pair, sizeof eight);
-            ++first[0][eight & 0xFF];
-            ++second[0][(eight >> 8) & 0xFF];
-            ++first[1][(eight >> 16) & 0xFF];
-            ++second[1][(eight >> 24) & 0xFF];
-            ++first[0][(eight >> 32) & 0xFF];
-            ++second[0][(eight >> 40) & 0xFF];
-            ++first[1][(eight >> 48) & 0xFF];
-            ++second[1][eight >> 56];
+            const uint8_t* const samples = row + 2 * pair;
+            ++first[0][samples[0]];
+            ++second[0][samples[1]];
+            ++first[1][samples[2]];
+            ++second[1][samples[3]];
+            ++first[2][samples[4]];
+            ++second[2][samples[5]];
+            ++first[3][samples[6]];
+            ++second[3][samples[7]];
         }
         for (; pair < pairs; ++pair)
         {
@@ -197,17 +197,17 @@ void countBayerBytes(const Rows& rows, const std::array<uint8_t, 4>& channels,
 }
 
 // Counts straight into the channels, both samples of a pair checked first.
-void countBayerWords(const Rows& rows, const std::array<uint8_t, 4>& channels,
+void countBayerWords(const Rows rows, const std::array<uint8_t, 4>& channels,
                      const std::array<std::vector<uint32_t>*, 3>& outputs)
 {
     const size_t bins = outputs[0]->size();
-    const uint32_t pairs = rows.width / 2;
+    const size_t pairs = rows.width / 2;
     for (uint32_t y = 0; y < rows.height; ++y)
     {
         const uint8_t* const row = rows.row(y);
         uint32_t* const first = outputs[channels[2 * (y & 1)]]->data();
         uint32_t* const second = outputs[channels[2 * (y & 1) + 1]]->data();
-        for (uint32_t pair = 0; pair < pairs; ++pair)
+        for (size_t pair = 0; pair < pairs; ++pair)
         {
             const uint16_t a = word(row + 4 * pair);
             const uint16_t b = word(row + 4 * pair + 2);
@@ -227,7 +227,7 @@ struct ChannelOffsets
     size_t blue;
 };
 
-void countColorBytes(const Rows& rows, const ChannelOffsets& offsets,
+void countColorBytes(const Rows rows, const ChannelOffsets& offsets,
                      const std::array<std::vector<uint32_t>*, 3>& outputs)
 {
     ByteTables<3, 2> tables;
@@ -237,7 +237,7 @@ void countColorBytes(const Rows& rows, const ChannelOffsets& offsets,
     for (uint32_t y = 0; y < rows.height; ++y)
     {
         const uint8_t* pixel = rows.row(y);
-        uint32_t x = 0;
+        size_t x = 0;
         for (; x + 2 <= rows.width; x += 2, pixel += 6)
         {
             ++red[0][pixel[offsets.red]];
@@ -271,7 +271,7 @@ inline size_t luminance(uint64_t red, uint64_t green, uint64_t blue, size_t bins
 // Counts pixel by pixel: every sample is checked before the pixel is counted.
 // The luminance is counted only when `lum` is given.
 template <typename Read>
-void countColorChecked(const Rows& rows, const ChannelOffsets& offsets, size_t bytesPerPixel, Read read,
+void countColorChecked(const Rows rows, const ChannelOffsets& offsets, size_t bytesPerPixel, Read read,
                        const std::array<std::vector<uint32_t>*, 3>& outputs, std::vector<uint32_t>* lum)
 {
     const size_t bins = outputs[0]->size();
@@ -281,7 +281,7 @@ void countColorChecked(const Rows& rows, const ChannelOffsets& offsets, size_t b
     for (uint32_t y = 0; y < rows.height; ++y)
     {
         const uint8_t* pixel = rows.row(y);
-        for (uint32_t x = 0; x < rows.width; ++x, pixel += bytesPerPixel)
+        for (size_t x = 0; x < rows.width; ++x, pixel += bytesPerPixel)
         {
             const size_t r = read(pixel + offsets.red);
             const size_t g = read(pixel + offsets.green);
