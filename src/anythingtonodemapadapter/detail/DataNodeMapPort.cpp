@@ -15,16 +15,16 @@ namespace
 {
 
 namespace Text = RegisterDescriptionText;
-using Spec = Text::RegisterSpec;
-using enum Spec::Presence;
-using enum Spec::Access;
-using enum Spec::Sign;
+using Layout = Text::RegisterLayout;
+using enum Layout::Presence;
+using enum Layout::Access;
+using enum Layout::Sign;
 
 // One register of a block: its text, which holds its offset, and the word a read gives.
 template <typename P>
 struct DataRegister
 {
-    Spec text;
+    Layout text;
     RegisterWord (*read)(const P& port);
 };
 
@@ -44,7 +44,7 @@ RegisterWord isLockedWord(const P& port)
 // serves these two; the text shows them only for a port whose flags are dynamic.
 template <typename P, std::size_t N>
 constexpr std::array<DataRegister<P>, N + 2> withFlagRegisters(const DataRegister<P> (&own)[N],
-                                                               Spec::Sign flagSign)
+                                                               Layout::Sign flagSign)
 {
     constexpr int64_t flagsOffset = registerWordLength * static_cast<int64_t>(N);
     std::array<DataRegister<P>, N + 2> all{};

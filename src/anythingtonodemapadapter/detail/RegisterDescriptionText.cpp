@@ -37,15 +37,15 @@ const char* accessWord(const IBasicDataParameterPort& port)
     return port.isWritableDynamic() || port.isWritable() ? "RW" : "RO";
 }
 
-bool isPresent(const IBasicDataParameterPort& port, RegisterSpec::Presence presence)
+bool isPresent(const IBasicDataParameterPort& port, RegisterLayout::Presence presence)
 {
     switch (presence)
     {
-    case RegisterSpec::Presence::ifAvailableDynamic:
+    case RegisterLayout::Presence::ifAvailableDynamic:
         return port.isAvailableDynamic();
-    case RegisterSpec::Presence::ifWritableDynamic:
+    case RegisterLayout::Presence::ifWritableDynamic:
         return port.isWritableDynamic();
-    case RegisterSpec::Presence::always:
+    case RegisterLayout::Presence::always:
         break;
     }
     return true;
@@ -148,35 +148,35 @@ void writeNumberLines(std::ostream& stream, const GenICam::gcstring& reg, bool w
     writeElementLine(stream, "Representation", representation);
 }
 
-void writeRegister(std::ostream& stream, const IBasicDataParameterPort& port, const RegisterSpec& spec,
+void writeRegister(std::ostream& stream, const IBasicDataParameterPort& port, const RegisterLayout& layout,
                    const RegisterContext& context)
 {
-    if (!isPresent(port, spec.presence))
+    if (!isPresent(port, layout.presence))
     {
         return;
     }
-    stream << indent1 << '<' << spec.element << " Name=\"" << context.reg << spec.suffix << "\">\n";
+    stream << indent1 << '<' << layout.element << " Name=\"" << context.reg << layout.suffix << "\">\n";
     writeElementLine(stream, "Visibility", port.getVisibility());
-    writeElementLine(stream, "Address", hexAddress(context.blockAddress + spec.offset));
+    writeElementLine(stream, "Address", hexAddress(context.blockAddress + layout.offset));
     writeElementLine(stream, "Length", "8");
     writeElementLine(stream, "AccessMode",
-                     spec.access == RegisterSpec::Access::ofValue ? accessWord(port) : "RO");
+                     layout.access == RegisterLayout::Access::ofValue ? accessWord(port) : "RO");
     writeElementLine(stream, "pPort", context.portName);
     writeElementLine(stream, "Cachable", "NoCache");
-    if (spec.invalidators)
+    if (layout.invalidators)
     {
         writeValueLines(stream, "pInvalidator", context.invalidators);
     }
-    if (spec.sign == RegisterSpec::Sign::unsignedWord)
+    if (layout.sign == RegisterLayout::Sign::unsignedWord)
     {
         writeElementLine(stream, "Sign", "Unsigned");
     }
-    else if (spec.sign == RegisterSpec::Sign::ofPort)
+    else if (layout.sign == RegisterLayout::Sign::ofPort)
     {
         writeElementLine(stream, "Sign", context.isSigned ? "Signed" : "Unsigned");
     }
     writeElementLine(stream, "Endianess", "LittleEndian");
-    stream << indent1 << "</" << spec.element << ">\n";
+    stream << indent1 << "</" << layout.element << ">\n";
 }
 
 GenICam::gcstring hexAddress(int64_t address)

@@ -46,7 +46,7 @@ void writeNumberLines(std::ostream& stream, const GenICam::gcstring& reg, bool w
                       const char* representation);
 
 // One row of a port type's register table.
-struct RegisterSpec
+struct RegisterLayout
 {
     enum class Presence
     {
@@ -84,8 +84,8 @@ struct RegisterContext
     bool isSigned;
     const Values& invalidators;
 };
-// The register element of spec, unless the port's dynamic flags leave that register out.
-void writeRegister(std::ostream& stream, const IBasicDataParameterPort& port, const RegisterSpec& spec,
+// The register element of layout, unless the port's dynamic flags leave that register out.
+void writeRegister(std::ostream& stream, const IBasicDataParameterPort& port, const RegisterLayout& layout,
                    const RegisterContext& context);
 
 // "0x" and the address in lower-case hexadecimal without leading zeros.
