@@ -1,11 +1,10 @@
+#include "check_line.h"
 #include "log_capture.h"
 #include "node_test_support.h"
 
 #include <TarvikDataProcessingCore/core/ScalarValues.h>
 
 #include <GenApi/GenApi.h>
-
-#include <regex>
 
 using namespace NodeTestSupport;
 
@@ -77,15 +76,7 @@ const Utils::TypeRegistrar<RawImage, Utils::DirectBase<Core::IImage>, Utils::Ind
 
 void expectOneCheckLine(const LogCapture& log, const std::string& message)
 {
-    const auto entries = log.entries();
-    ASSERT_EQ(entries.size(), 1u);
-    EXPECT_EQ(entries[0].severity, Utils::Severitiy_Error);
-    EXPECT_EQ(entries[0].category, "tarvik.dataprocessing.tessal.Converter");
-    const std::regex line(
-        "Converter 0x[0-9a-f]+: TarvikViewerTessalPackage::Converter::run failed\\. Message: \"" +
-        std::regex_replace(message, std::regex("[.]"), "\\.") +
-        "\" \\(src/tessals/tarvikviewertessalspackage/converter\\.cpp:[0-9]+\\)");
-    EXPECT_TRUE(std::regex_match(entries[0].text, line)) << entries[0].text;
+    ::expectOneCheckLine(log, "Converter", "src/tessals/tarvikviewertessalspackage/converter.cpp", message);
 }
 
 } // namespace

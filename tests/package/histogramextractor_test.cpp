@@ -1,3 +1,4 @@
+#include "check_line.h"
 #include "log_capture.h"
 #include "node_test_support.h"
 #include "reference_histogram.h"
@@ -6,8 +7,6 @@
 #include <TarvikDataProcessingCore/core/ScalarValues.h>
 
 #include <TarvikUtility/ImageFormatConverter.h>
-
-#include <regex>
 
 using namespace NodeTestSupport;
 using namespace HistogramTest;
@@ -93,16 +92,8 @@ protected:
 
 void expectOneCheckLine(const LogCapture& log, const std::string& message)
 {
-    const auto entries = log.entries();
-    ASSERT_EQ(entries.size(), 1u);
-    EXPECT_EQ(entries[0].severity, Utils::Severitiy_Error);
-    EXPECT_EQ(entries[0].category, "tarvik.dataprocessing.tessal.HistogramExtractor");
-    const std::regex line(
-        "HistogramExtractor 0x[0-9a-f]+: TarvikViewerTessalPackage::HistogramExtractor::run "
-        "failed\\. Message: \"" +
-        std::regex_replace(message, std::regex("[.>]"), "\\$&") +
-        "\" \\(src/tessals/tarvikviewertessalspackage/histogramextractor\\.cpp:[0-9]+\\)");
-    EXPECT_TRUE(std::regex_match(entries[0].text, line)) << entries[0].text;
+    ::expectOneCheckLine(log, "HistogramExtractor",
+                         "src/tessals/tarvikviewertessalspackage/histogramextractor.cpp", message);
 }
 
 // An image over bytes of the test's own, of any pixel type; with the type 0 it
