@@ -8,6 +8,8 @@
 
 #include <TarvikUtility/ImageFormatConverter.h>
 
+#include <set>
+
 using namespace NodeTestSupport;
 using namespace HistogramTest;
 using Tarvik::EPixelType;
@@ -75,7 +77,7 @@ protected:
         EXPECT_EQ(counts(outputs, "Blue"), expected.blue);
     }
 
-    // All four pins in error state with one shared description, which is returned.
+    // All four pins in error state with one description, which is returned.
     static std::string failureOf(const Core::ValueMap& outputs)
     {
         expectPins(outputs, {"Blue", "Green", "Lum", "Red"});
@@ -87,6 +89,15 @@ protected:
             EXPECT_EQ(histogram->getError(false)->getDescription().c_str(), description) << pin;
         }
         return description;
+    }
+
+    // A failure of run() itself gives each pin an error object of its own.
+    static void expectDistinctErrors(const Core::ValueMap& outputs)
+    {
+        std::set<const Core::IError*> errors;
+        for (const char* pin : allPins)
+            errors.insert(array(outputs, pin)->getError(false).get());
+        EXPECT_EQ(errors.size(), std::size(allPins));
     }
 };
 
@@ -213,6 +224,7 @@ TEST_F(HistogramExtractorTest, FailuresInsideTheCountingEndAsErrorValuesWithoutA
     const auto outputs =
         runOn(Tarvik::PixelType_BayerRG12, SampleGrid{2, 2, 1, {1, 5000, 2, 3}}, Packing::Words, 12, 0);
     EXPECT_EQ(failureOf(outputs), prefix + "Internal error in histogram sampling. Sample out of range.");
+    expectDistinctErrors(outputs);
 
     // The undefined type is refused by the format converter.
     const std::string refused = failureOf(run({{"Image", fakeImage(Tarvik::PixelType_Undefined)}}));

@@ -65,11 +65,15 @@ runGuarded(const std::shared_ptr<Tarvik::DataProcessing::Core::IGraphUpdate>& up
     }
     try
     {
-        const auto error = std::make_shared<Core::InvalidValueError>(GenICam::gcstring(prefix + failure),
-                                                                     Utils::DateTime::now());
+        const GenICam::gcstring description(prefix + failure);
         Core::ValueMap outputs;
         for (const GenICam::gcstring* pin : errorPins)
-            outputs[*pin] = Utils::Variant(Value(error, std::make_shared<Threading::RecursiveMutex>()));
+        {
+            // Each pin gets an error of its own, so that no two values share one.
+            auto error = std::make_shared<Core::InvalidValueError>(description, Utils::DateTime::now());
+            outputs[*pin] =
+                Utils::Variant(Value(std::move(error), std::make_shared<Threading::RecursiveMutex>()));
+        }
         return {{update, std::move(outputs)}};
     }
     catch (...)
