@@ -126,6 +126,27 @@ void Variant::setData(const COWPtr<T>& pointer)
     adopt(Detail::makeWrapper<T>(pointer));
 }
 
+namespace Detail
+{
+// The pointer read of get<T>; the result is const where the Variant is.
+template <typename R, typename V>
+auto readPointer(V& variant, bool mustExist)
+{
+    using Result = std::conditional_t<std::is_const_v<V>, const R*, R*>;
+    const TypeInfo type = TypeInfo::get<R>(mustExist);
+    if (!type.isValid())
+    {
+        if (mustExist)
+            throw RUNTIME_EXCEPTION("Requested type is not registered.");
+        return static_cast<Result>(nullptr);
+    }
+    auto* const data = variant.get(type, mustExist);
+    if (!data && mustExist)
+        throw RUNTIME_EXCEPTION("Could not cast variant value to requested type.");
+    return static_cast<Result>(data);
+}
+} // namespace Detail
+
 template <typename R>
 auto Variant::get(bool mustExist) const
 {
@@ -146,19 +167,7 @@ auto Variant::get(bool mustExist) const
         return COWPtr<T>();
     }
     else
-    {
-        const TypeInfo type = TypeInfo::get<R>(mustExist);
-        if (!type.isValid())
-        {
-            if (mustExist)
-                throw RUNTIME_EXCEPTION("Requested type is not registered.");
-            return static_cast<const R*>(nullptr);
-        }
-        const void* const data = get(type, mustExist);
-        if (!data && mustExist)
-            throw RUNTIME_EXCEPTION("Could not cast variant value to requested type.");
-        return static_cast<const R*>(data);
-    }
+        return Detail::readPointer<R>(*this, mustExist);
 }
 
 template <typename R>
@@ -167,19 +176,7 @@ auto Variant::get(bool mustExist)
     if constexpr (IsCOWPtr<R>::value)
         return std::as_const(*this).template get<R>(mustExist);
     else
-    {
-        const TypeInfo type = TypeInfo::get<R>(mustExist);
-        if (!type.isValid())
-        {
-            if (mustExist)
-                throw RUNTIME_EXCEPTION("Requested type is not registered.");
-            return static_cast<R*>(nullptr);
-        }
-        void* const data = get(type, mustExist);
-        if (!data && mustExist)
-            throw RUNTIME_EXCEPTION("Could not cast variant value to requested type.");
-        return static_cast<R*>(data);
-    }
+        return Detail::readPointer<R>(*this, mustExist);
 }
 
 } // namespace Tarvik::DataProcessing::Utils
