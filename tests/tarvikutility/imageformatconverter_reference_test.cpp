@@ -148,36 +148,43 @@ std::string TypeName(const ::testing::TestParamInfo<EPixelType>& type)
 INSTANTIATE_TEST_SUITE_P(AllSourceTypes, ImageFormatConverterReference, ::testing::ValuesIn(AllSourceTypes()),
                          TypeName);
 
+// Converts into a buffer that starts `targetOffset` bytes past an allocation and
+// compares with the reference: the row kernels pick their stores by the target's alignment.
+void ExpectMatchesReferenceAtTargetOffset(EPixelType source, EPixelType output, uint32_t width,
+                                          uint32_t height, size_t targetOffset)
+{
+    SCOPED_TRACE(NameOf(source) + " " + std::to_string(width) + "x" + std::to_string(height) + " offset " +
+                 std::to_string(targetOffset));
+    const std::vector<uint8_t> input = RandomBytes(MinimalBytes(source, width, height, 0), 5);
+    ReferenceConversion::Options options;
+    options.output = output;
+    const std::vector<uint8_t> expected =
+        ReferenceConversion::Convert(input, source, width, height, 0, options);
+    CImageFormatConverter converter;
+    converter.OutputPixelFormat = output;
+    std::vector<uint8_t> storage(expected.size() + targetOffset);
+    converter.Convert(storage.data() + targetOffset, expected.size(), input.data(), input.size(), source,
+                      width, height, 0);
+    EXPECT_TRUE(std::equal(expected.begin(), expected.end(), storage.begin() + targetOffset));
+}
+
 // Frames too large for the cache are written with streaming stores, which need
 // aligned rows: a target that starts off the alignment must come out the same.
 TEST(ImageFormatConverterLargeFrames, StreamingStoresMatchTheReferenceAtAnyTargetOffset)
 {
-    struct LargeCase
-    {
-        EPixelType source;
-        EPixelType output;
-        uint32_t width;
-        uint32_t height;
-        size_t targetOffset;
-    };
     // Source and target of each case together exceed the 24 MiB from which output is streamed.
-    const LargeCase cases[] = {{PixelType_Mono12, PixelType_Mono8, 4099, 2100, 1},
-                               {PixelType_RGB8, PixelType_BGRa8, 2051, 1800, 4}};
-    for (const LargeCase& c : cases)
-    {
-        SCOPED_TRACE(NameOf(c.source));
-        const std::vector<uint8_t> input = RandomBytes(MinimalBytes(c.source, c.width, c.height, 0), 5);
-        ReferenceConversion::Options options;
-        options.output = c.output;
-        const std::vector<uint8_t> expected =
-            ReferenceConversion::Convert(input, c.source, c.width, c.height, 0, options);
-        CImageFormatConverter converter;
-        converter.OutputPixelFormat = c.output;
-        std::vector<uint8_t> storage(expected.size() + c.targetOffset);
-        converter.Convert(storage.data() + c.targetOffset, expected.size(), input.data(), input.size(),
-                          c.source, c.width, c.height, 0);
-        EXPECT_TRUE(std::equal(expected.begin(), expected.end(), storage.begin() + c.targetOffset));
-    }
+    ExpectMatchesReferenceAtTargetOffset(PixelType_Mono12, PixelType_Mono8, 4099, 2100, 1);
+    ExpectMatchesReferenceAtTargetOffset(PixelType_RGB8, PixelType_BGRa8, 2051, 1800, 4);
+}
+
+// Frames that fit the cache start their wide stores on a vector boundary of the
+// target, with narrower blocks before it: every offset and short rows must match.
+TEST(ImageFormatConverterSmallFrames, ColorRowsMatchTheReferenceAtEveryTargetOffset)
+{
+    for (const EPixelType source : {PixelType_RGB8, PixelType_BGR8})
+        for (const uint32_t width : {6u, 11u, 12u, 19u, 20u, 45u, 77u})
+            for (size_t offset = 0; offset < 36; ++offset)
+                ExpectMatchesReferenceAtTargetOffset(source, PixelType_BGRa8, width, 3, offset);
 }
 
 // The row kernels exist once per instruction set; each one the CPU offers, and

@@ -158,9 +158,21 @@ size_t Rgb8RowToBgra8Vectors(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RE
             const auto pixels = hn::TableLookupBytesOr0(hn::LoadU(d2, source + 3 * at - 4), shuffle2);
             hn::StoreU(hn::Or(pixels, alpha2), d2, target + 4 * at);
         };
-        block(0, false);
+        // Pairs start where the target meets a 32-byte boundary, as a store across
+        // two cache lines costs twice; blocks cover the pixels before. A pair reads
+        // 4 bytes before its pixels, so it starts at pixel 2 at the earliest.
+        const uintptr_t address = reinterpret_cast<uintptr_t>(target);
+        size_t start = address % 4 == 0 ? (32 - address % 32) % 32 / 4 : 4;
+        if (start < 2)
+            start += 8;
         // A pair reads up to 28 bytes past its first pixel's: it may start only 10 pixels before the row end.
-        for (x = 4; x + 34 <= width; x += 32)
+        if (width < start + 10)
+            start = 4;
+        for (size_t head = 0; head < start; head += 4)
+        {
+            block(head, false);
+        }
+        for (x = start; x + 34 <= width; x += 32)
         {
             pair(x);
             pair(x + 8);
