@@ -125,24 +125,23 @@ size_t Rgb8RowToBgra8Vectors(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RE
             hn::StoreU(pixels, d, target + 4 * x);
     };
     // A block reads 16 source bytes for its 12: it may start only 6 pixels before the row end.
+    // Streaming stores need targets on their own alignment, which pixels of 4
+    // bytes reach only from a target on a 4-byte boundary.
+    const uintptr_t address = reinterpret_cast<uintptr_t>(target);
+    const bool streamable = stream && address % 4 == 0;
     size_t x = 0;
-    bool nonTemporal = false;
-    if (stream && reinterpret_cast<uintptr_t>(target) % 4 == 0)
-    {
-        // One ordinary block, then blocks on 16-byte boundaries, as streaming stores need.
-        const size_t misaligned = reinterpret_cast<uintptr_t>(target) % 16 / 4;
-        if (misaligned != 0 && width >= 6)
-        {
-            block(0, false);
-            x = 4 - misaligned;
-        }
-        nonTemporal = true;
-    }
 #if HWY_TARGET <= HWY_AVX2
-    if (!nonTemporal && width >= 6)
+    // Eight pixels per 256-bit vector: loaded from 4 bytes before the pixels, so
+    // that each half holds the 12 bytes of its four pixels. Pairs start where the
+    // target meets a 32-byte boundary, as a store across two cache lines costs
+    // twice; blocks cover the pixels before. A pair starts at pixel 2 at the
+    // earliest and reads up to 28 bytes past its first pixel's: it may start only
+    // 10 pixels before the row end.
+    size_t start = address % 4 == 0 ? (32 - address % 32) % 32 / 4 : 4;
+    if (start < 2)
+        start += 8;
+    if (width >= start + 10)
     {
-        // Eight pixels per 256-bit vector: loaded from 4 bytes before the pixels, so
-        // that each half holds the 12 bytes of its four pixels.
         const hn::CappedTag<uint8_t, 32> d2;
         const hn::CappedTag<uint32_t, 8> d2x32;
         alignas(32) static constexpr uint8_t kFromRgb2[32] = {
@@ -155,19 +154,13 @@ size_t Rgb8RowToBgra8Vectors(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RE
         const auto alpha2 = hn::BitCast(d2, hn::Set(d2x32, 0xFF000000u));
         const auto pair = [&](size_t at)
         {
-            const auto pixels = hn::TableLookupBytesOr0(hn::LoadU(d2, source + 3 * at - 4), shuffle2);
-            hn::StoreU(hn::Or(pixels, alpha2), d2, target + 4 * at);
+            const auto pixels =
+                hn::Or(hn::TableLookupBytesOr0(hn::LoadU(d2, source + 3 * at - 4), shuffle2), alpha2);
+            if (streamable)
+                hn::Stream(pixels, d2, target + 4 * at);
+            else
+                hn::StoreU(pixels, d2, target + 4 * at);
         };
-        // Pairs start where the target meets a 32-byte boundary, as a store across
-        // two cache lines costs twice; blocks cover the pixels before. A pair reads
-        // 4 bytes before its pixels, so it starts at pixel 2 at the earliest.
-        const uintptr_t address = reinterpret_cast<uintptr_t>(target);
-        size_t start = address % 4 == 0 ? (32 - address % 32) % 32 / 4 : 4;
-        if (start < 2)
-            start += 8;
-        // A pair reads up to 28 bytes past its first pixel's: it may start only 10 pixels before the row end.
-        if (width < start + 10)
-            start = 4;
         for (size_t head = 0; head < start; head += 4)
         {
             block(head, false);
@@ -185,6 +178,17 @@ size_t Rgb8RowToBgra8Vectors(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RE
         }
     }
 #endif
+    if (x == 0 && streamable)
+    {
+        // One ordinary block, then blocks on 16-byte boundaries.
+        const size_t misaligned = address % 16 / 4;
+        if (misaligned != 0 && width >= 6)
+        {
+            block(0, false);
+            x = 4 - misaligned;
+        }
+    }
+    const bool nonTemporal = streamable && (address + 4 * x) % 16 == 0;
     for (; x + 18 <= width; x += 16)
     {
         block(x, nonTemporal);
