@@ -11,6 +11,7 @@
 #include "SampleMath.h"
 
 #include <algorithm>
+#include <type_traits>
 
 HWY_BEFORE_NAMESPACE();
 namespace Tarvik::Conversion::HWY_NAMESPACE
@@ -152,30 +153,38 @@ size_t Rgb8RowToBgra8Vectors(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RE
             0, 1, 2, 0x80, 3, 4, 5, 0x80, 6,  7,  8,  0x80, 9,  10, 11, 0x80};
         const auto shuffle2 = hn::Load(d2, blueFirst ? kFromBgr2 : kFromRgb2);
         const auto alpha2 = hn::BitCast(d2, hn::Set(d2x32, 0xFF000000u));
-        const auto pair = [&](size_t at)
+        // One loop for each kind of store, so that neither asks per vector.
+        const auto pairs = [&](auto nonTemporal)
         {
-            const auto pixels =
-                hn::Or(hn::TableLookupBytesOr0(hn::LoadU(d2, source + 3 * at - 4), shuffle2), alpha2);
-            if (streamable)
-                hn::Stream(pixels, d2, target + 4 * at);
-            else
-                hn::StoreU(pixels, d2, target + 4 * at);
+            const auto pair = [&](size_t at)
+            {
+                const auto pixels =
+                    hn::Or(hn::TableLookupBytesOr0(hn::LoadU(d2, source + 3 * at - 4), shuffle2), alpha2);
+                if constexpr (decltype(nonTemporal)::value)
+                    hn::Stream(pixels, d2, target + 4 * at);
+                else
+                    hn::StoreU(pixels, d2, target + 4 * at);
+            };
+            for (x = start; x + 34 <= width; x += 32)
+            {
+                pair(x);
+                pair(x + 8);
+                pair(x + 16);
+                pair(x + 24);
+            }
+            for (; x + 10 <= width; x += 8)
+            {
+                pair(x);
+            }
         };
         for (size_t head = 0; head < start; head += 4)
         {
             block(head, false);
         }
-        for (x = start; x + 34 <= width; x += 32)
-        {
-            pair(x);
-            pair(x + 8);
-            pair(x + 16);
-            pair(x + 24);
-        }
-        for (; x + 10 <= width; x += 8)
-        {
-            pair(x);
-        }
+        if (streamable)
+            pairs(std::true_type{});
+        else
+            pairs(std::false_type{});
     }
 #endif
     if (x == 0 && streamable)
