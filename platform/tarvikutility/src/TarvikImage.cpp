@@ -131,15 +131,7 @@ CTarvikImage::CTarvikImage(const CTarvikImage& other)
 
 CTarvikImage::CTarvikImage(CTarvikImage&& other) noexcept
     : m_ownedBuffer(std::move(other.m_ownedBuffer))
-    , m_data(std::exchange(other.m_data, nullptr))
-    , m_owned(std::exchange(other.m_owned, false))
-    , m_bufferSize(std::exchange(other.m_bufferSize, 0))
-    , m_pixelType(std::exchange(other.m_pixelType, PixelType_Undefined))
-    , m_width(std::exchange(other.m_width, 0))
-    , m_height(std::exchange(other.m_height, 0))
-    , m_paddingX(std::exchange(other.m_paddingX, 0))
-    , m_orientation(std::exchange(other.m_orientation, ImageOrientation_TopDown))
-    , m_handler(std::exchange(other.m_handler, nullptr))
+    , m_state(std::exchange(other.m_state, State{}))
 {
 }
 
@@ -158,15 +150,7 @@ CTarvikImage& CTarvikImage::operator=(CTarvikImage&& other) noexcept
     if (this != &other)
     {
         m_ownedBuffer = std::move(other.m_ownedBuffer);
-        m_data = std::exchange(other.m_data, nullptr);
-        m_owned = std::exchange(other.m_owned, false);
-        m_bufferSize = std::exchange(other.m_bufferSize, 0);
-        m_pixelType = std::exchange(other.m_pixelType, PixelType_Undefined);
-        m_width = std::exchange(other.m_width, 0);
-        m_height = std::exchange(other.m_height, 0);
-        m_paddingX = std::exchange(other.m_paddingX, 0);
-        m_orientation = std::exchange(other.m_orientation, ImageOrientation_TopDown);
-        m_handler = std::exchange(other.m_handler, nullptr);
+        m_state = std::exchange(other.m_state, State{});
     }
     return *this;
 }
@@ -175,20 +159,14 @@ CTarvikImage::~CTarvikImage() = default;
 
 void CTarvikImage::CopyFrom(const CTarvikImage& other)
 {
-    if (other.m_owned)
+    if (other.m_state.owned)
     {
-        ResetImage(other.m_pixelType, other.m_width, other.m_height, other.m_paddingX, other.m_orientation);
-        std::memcpy(m_data, other.m_data, std::min(m_bufferSize, other.m_bufferSize));
+        ResetImage(other.m_state.pixelType, other.m_state.width, other.m_state.height, other.m_state.paddingX,
+                   other.m_state.orientation);
+        std::memcpy(m_state.data, other.m_state.data, std::min(m_state.bufferSize, other.m_state.bufferSize));
         return;
     }
-    m_data = other.m_data;
-    m_bufferSize = other.m_bufferSize;
-    m_pixelType = other.m_pixelType;
-    m_width = other.m_width;
-    m_height = other.m_height;
-    m_paddingX = other.m_paddingX;
-    m_orientation = other.m_orientation;
-    m_handler = other.m_handler;
+    m_state = other.m_state;
 }
 
 void CTarvikImage::ResetImage(EPixelType type, uint32_t width, uint32_t height, size_t paddingX,
@@ -209,15 +187,7 @@ void CTarvikImage::ResetImage(EPixelType type, uint32_t width, uint32_t height, 
     }
     std::memset(memory, 0, allocated);
     m_ownedBuffer.reset(memory);
-    m_data = memory;
-    m_owned = true;
-    m_bufferSize = size;
-    m_pixelType = type;
-    m_width = width;
-    m_height = height;
-    m_paddingX = paddingX;
-    m_orientation = orientation;
-    m_handler = nullptr;
+    m_state = State{memory, true, size, type, width, height, paddingX, orientation, nullptr};
 }
 
 void CTarvikImage::AttachUserBuffer(void* buffer, size_t bufferSize, EPixelType type, uint32_t width,
@@ -238,15 +208,15 @@ void CTarvikImage::AttachUserBuffer(void* buffer, size_t bufferSize, EPixelType 
             bufferSize, width, height, static_cast<unsigned>(type), paddingX, required);
     }
     m_ownedBuffer.reset();
-    m_data = static_cast<uint8_t*>(buffer);
-    m_owned = false;
-    m_bufferSize = bufferSize;
-    m_pixelType = type;
-    m_width = width;
-    m_height = height;
-    m_paddingX = paddingX;
-    m_orientation = orientation;
-    m_handler = handler;
+    m_state = State{static_cast<uint8_t*>(buffer),
+                    false,
+                    bufferSize,
+                    type,
+                    width,
+                    height,
+                    paddingX,
+                    orientation,
+                    handler};
 }
 
 void CTarvikImage::Release()
@@ -257,13 +227,15 @@ void CTarvikImage::Release()
 size_t CTarvikImage::GetStride() const
 {
     size_t stride = 0;
-    ComputeStride(stride, m_pixelType, m_width, m_paddingX);
+    ComputeStride(stride, m_state.pixelType, m_state.width, m_state.paddingX);
     return stride;
 }
 
 size_t CTarvikImage::GetImageSize() const
 {
-    return IsKnownPixelType(m_pixelType) ? ComputeBufferSize(m_pixelType, m_width, m_height, m_paddingX) : 0;
+    return IsKnownPixelType(m_state.pixelType)
+               ? ComputeBufferSize(m_state.pixelType, m_state.width, m_state.height, m_state.paddingX)
+               : 0;
 }
 
 CTarvikImage CTarvikImage::GetAoi(uint32_t left, uint32_t top, uint32_t width, uint32_t height) const
@@ -272,12 +244,12 @@ CTarvikImage CTarvikImage::GetAoi(uint32_t left, uint32_t top, uint32_t width, u
     {
         throw INVALID_ARGUMENT_EXCEPTION("Image has no buffer");
     }
-    if (uint64_t{left} + width > m_width || uint64_t{top} + height > m_height)
+    if (uint64_t{left} + width > m_state.width || uint64_t{top} + height > m_state.height)
     {
         throw OUT_OF_RANGE_EXCEPTION("Region %u x %u at (%u, %u) leaves the image of %u x %u pixels", width,
-                                     height, left, top, m_width, m_height);
+                                     height, left, top, m_state.width, m_state.height);
     }
-    const PixelTypeInfo& info = RequireKnownType(m_pixelType);
+    const PixelTypeInfo& info = RequireKnownType(m_state.pixelType);
     const uint32_t group = PixelGroup(info);
     if (left % group != 0)
     {
@@ -285,8 +257,9 @@ CTarvikImage CTarvikImage::GetAoi(uint32_t left, uint32_t top, uint32_t width, u
                                          info.name, group, left);
     }
     // Rows are counted from the top of the picture; a bottom-up image keeps them from the end of memory.
-    const uint32_t memoryTop = m_orientation == ImageOrientation_BottomUp ? m_height - top - height : top;
-    CTarvikImage region(ShiftedBayerType(info, left, memoryTop), width, height, 0, m_orientation);
+    const uint32_t memoryTop =
+        m_state.orientation == ImageOrientation_BottomUp ? m_state.height - top - height : top;
+    CTarvikImage region(ShiftedBayerType(info, left, memoryTop), width, height, 0, m_state.orientation);
 
     const uint32_t bits = BitsPerPlanePixel(info);
     const size_t planes = info.packing == PixelPacking::Planar ? 3 : 1;
@@ -296,8 +269,8 @@ CTarvikImage CTarvikImage::GetAoi(uint32_t left, uint32_t top, uint32_t width, u
     {
         for (uint32_t y = 0; y < height; ++y)
         {
-            const uint8_t* sourceRow = m_data + (plane * m_height + memoryTop + y) * sourceStride;
-            uint8_t* regionRow = region.m_data + (plane * height + y) * regionStride;
+            const uint8_t* sourceRow = m_state.data + (plane * m_state.height + memoryTop + y) * sourceStride;
+            uint8_t* regionRow = region.m_state.data + (plane * height + y) * regionStride;
             CopyBits(sourceRow, size_t{left} * bits, size_t{width} * bits, regionRow);
         }
     }
@@ -307,13 +280,13 @@ CTarvikImage CTarvikImage::GetAoi(uint32_t left, uint32_t top, uint32_t width, u
 void CTarvikImage::ChangePixelType(EPixelType type)
 {
     RequireKnownType(type);
-    const size_t required = RequiredBytes(type, m_width, m_height, m_paddingX);
-    if (required > m_bufferSize)
+    const size_t required = RequiredBytes(type, m_state.width, m_state.height, m_state.paddingX);
+    if (required > m_state.bufferSize)
     {
         throw INVALID_ARGUMENT_EXCEPTION("Pixel type 0x%08X needs %zu bytes, the buffer holds %zu",
-                                         static_cast<unsigned>(type), required, m_bufferSize);
+                                         static_cast<unsigned>(type), required, m_state.bufferSize);
     }
-    m_pixelType = type;
+    m_state.pixelType = type;
 }
 
 } // namespace Tarvik

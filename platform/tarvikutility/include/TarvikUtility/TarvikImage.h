@@ -58,22 +58,22 @@ public:
     // refuses an unknown type or one that needs more bytes than the buffer holds.
     void ChangePixelType(EPixelType type);
 
-    bool IsValid() const { return m_data != nullptr; }
-    bool IsUserBufferAttached() const { return m_data != nullptr && !m_owned; }
-    EPixelType GetPixelType() const { return m_pixelType; }
-    uint32_t GetWidth() const { return m_width; }
-    uint32_t GetHeight() const { return m_height; }
-    size_t GetPaddingX() const { return m_paddingX; }
-    EImageOrientation GetOrientation() const { return m_orientation; }
+    bool IsValid() const { return m_state.data != nullptr; }
+    bool IsUserBufferAttached() const { return m_state.data != nullptr && !m_state.owned; }
+    EPixelType GetPixelType() const { return m_state.pixelType; }
+    uint32_t GetWidth() const { return m_state.width; }
+    uint32_t GetHeight() const { return m_state.height; }
+    size_t GetPaddingX() const { return m_state.paddingX; }
+    EImageOrientation GetOrientation() const { return m_state.orientation; }
     // Bytes from one row to the next.
     size_t GetStride() const;
     // Bytes of the image with every row's padding.
     size_t GetImageSize() const;
     // Bytes of the buffer the image uses, which may be more than the image needs.
-    size_t GetBufferSize() const { return m_bufferSize; }
-    void* GetBuffer() { return m_data; }
-    const void* GetBuffer() const { return m_data; }
-    void* GetUserBufferHandler() const { return m_handler; }
+    size_t GetBufferSize() const { return m_state.bufferSize; }
+    void* GetBuffer() { return m_state.data; }
+    const void* GetBuffer() const { return m_state.data; }
+    void* GetUserBufferHandler() const { return m_state.handler; }
 
 private:
     struct AlignedFree
@@ -83,16 +83,22 @@ private:
 
     void CopyFrom(const CTarvikImage& other);
 
+    // Everything but the owned memory, copied and moved as one.
+    struct State
+    {
+        uint8_t* data = nullptr;
+        bool owned = false;
+        size_t bufferSize = 0;
+        EPixelType pixelType = PixelType_Undefined;
+        uint32_t width = 0;
+        uint32_t height = 0;
+        size_t paddingX = 0;
+        EImageOrientation orientation = ImageOrientation_TopDown;
+        void* handler = nullptr;
+    };
+
     std::unique_ptr<uint8_t, AlignedFree> m_ownedBuffer;
-    uint8_t* m_data = nullptr;
-    bool m_owned = false;
-    size_t m_bufferSize = 0;
-    EPixelType m_pixelType = PixelType_Undefined;
-    uint32_t m_width = 0;
-    uint32_t m_height = 0;
-    size_t m_paddingX = 0;
-    EImageOrientation m_orientation = ImageOrientation_TopDown;
-    void* m_handler = nullptr;
+    State m_state;
 };
 
 } // namespace Tarvik
