@@ -13,6 +13,9 @@
 // must not hold it beyond that. They wait for the calls of the slot on other
 // threads only: a slot may end or disable its own connection with waiting and
 // goes on. Two threads that wait for each other's calls of slots still deadlock.
+// Each library that compiles this header keeps its own record of the slot calls
+// of a thread, so a slot must be fired by the library that made its signal for
+// such a wait from within it to see the call as its own.
 //
 // Chosen here: a signal given a null lock raises "No lockable passed.", as a
 // connection would on the first connect. A slot may destroy the signal that
@@ -23,7 +26,6 @@
 #include <TarvikDataProcessingCore/threading/RecursiveMutex.h>
 #include <TarvikDataProcessingCore/utils/ExceptionPtr.h>
 #include <TarvikDataProcessingCore/utils/ISignal.h>
-#include <TarvikDataProcessingCore/utils/SlotCallScope.h>
 #include <TarvikDataProcessingCore/utils/SlotResult.h>
 #include <tarvikdataprocessingcore/threading/uniquelock_impl.h>
 
@@ -39,6 +41,43 @@
 
 namespace Tarvik::DataProcessing::Utils
 {
+
+namespace Detail
+{
+
+// Marks, for its lifetime, one call of the slot of `connection` on this thread.
+// The records of a thread form a chain from the innermost call outwards, which
+// a slot that fires its own signal again makes longer than one.
+class SlotCallRecord
+{
+public:
+    explicit SlotCallRecord(const void* connection) noexcept
+        : m_connection(connection)
+        , m_outer(innermost)
+    {
+        innermost = this;
+    }
+    ~SlotCallRecord() { innermost = m_outer; }
+    SlotCallRecord(const SlotCallRecord&) = delete;
+    SlotCallRecord& operator=(const SlotCallRecord&) = delete;
+
+    // The calls of the slot of `connection` that this thread is running now.
+    static int64_t countOnThisThread(const void* connection) noexcept
+    {
+        int64_t count = 0;
+        for (const SlotCallRecord* call = innermost; call; call = call->m_outer)
+            count += call->m_connection == connection ? 1 : 0;
+        return count;
+    }
+
+private:
+    static inline thread_local const SlotCallRecord* innermost = nullptr;
+
+    const void* m_connection;
+    const SlotCallRecord* m_outer;
+};
+
+} // namespace Detail
 
 template <typename Signature, typename Combiner = VoidCombiner>
 class Signal;
@@ -319,7 +358,7 @@ private:
             keptAlive.push_back(std::move(object));
         }
 
-        const SlotCallScope scope(this);
+        const Detail::SlotCallRecord record(this);
         ISlotResult<void>* result = nullptr;
         try
         {
@@ -338,7 +377,7 @@ private:
     // Under the lock, held once through `lock`.
     void waitForCallsElsewhere(Threading::UniqueLock& lock)
     {
-        const int64_t ownCalls = SlotCallScope::countOnThisThread(this);
+        const int64_t ownCalls = Detail::SlotCallRecord::countOnThisThread(this);
         while (m_activeCalls > ownCalls)
             m_condition->wait(lock);
     }
