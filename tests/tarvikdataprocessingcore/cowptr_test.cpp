@@ -1,3 +1,5 @@
+#include "refused_allocation.h"
+
 #include <TarvikDataProcessingCore/core/ScalarValues.h>
 #include <TarvikDataProcessingCore/utils/Variant.h>
 
@@ -55,6 +57,52 @@ private:
 
 const Utils::TypeRegistrar<Chameleon, Utils::DirectBase<Core::IValue>, Utils::IndirectBase<Utils::IObject>>
     chameleonType("Chameleon");
+
+// A value that counts its live objects, and that throws when asked for its
+// address or its type while `refused` names that question.
+class Evasive : public Core::IValue
+{
+public:
+    enum Question
+    {
+        None,
+        RawPointer,
+        Type
+    };
+    static inline int alive = 0;
+    static inline Question refused = None;
+
+    Evasive() { ++alive; }
+    ~Evasive() override { --alive; }
+
+    bool hasError(bool) const override { return false; }
+    std::shared_ptr<Core::IError> getError(bool) const override { return nullptr; }
+    Utils::TypeInfo getTypeInfo(bool) const override
+    {
+        answer(Type);
+        return {};
+    }
+    const void* getRawPointer() const override
+    {
+        answer(RawPointer);
+        return this;
+    }
+    void* getRawPointer() override
+    {
+        answer(RawPointer);
+        return this;
+    }
+
+private:
+    static void answer(Question question)
+    {
+        if (refused == question)
+            throw RUNTIME_EXCEPTION("Refused.");
+    }
+};
+
+using IntegerWrapper = Utils::COWPtrBase::ObjectWrapper<Integer, Integer, std::default_delete<Integer>,
+                                                        Utils::DefaultCloner<Integer>>;
 
 } // namespace
 
@@ -174,13 +222,69 @@ TEST(CowPtr, FailedCastDuringDetachGivesUpTheCloneAndKeepsSharing)
     EXPECT_EQ(Chameleon::alive, 0);
 }
 
-TEST(CowPtr, WrapperCountStopsAtZero)
+// The wrapper that cannot learn its object's address or type gives the object
+// back before the exception leaves.
+TEST(CowPtr, WrapperThatCannotAskItsObjectLeavesNothingBehind)
+{
+    for (const Evasive::Question question : {Evasive::RawPointer, Evasive::Type})
+    {
+        Evasive::refused = question;
+        EXPECT_EQ(runtimeFailure([] { COWPtr<Evasive> handle(new Evasive); }), "Refused.") << question;
+        EXPECT_EQ(Evasive::alive, 0) << question;
+    }
+    Evasive::refused = Evasive::None;
+}
+
+TEST(CowPtr, CloneWithoutMemoryForItsWrapperRaisesAndKeepsSharing)
 {
     COWPtr<Integer> a(new Integer(1, nullptr));
-    auto* wrapper = a.releaseWrapper();
-    EXPECT_EQ(wrapper->getUseCount(), 1);
-    wrapper->addRef();
-    EXPECT_EQ(wrapper->getUseCount(), 2);
-    wrapper->release();
-    wrapper->release(); // 1 -> 0 destroys the object and the wrapper
+    COWPtr<Integer> b = a;
+    const Integer* shared = std::as_const(a).get();
+    try
+    {
+        const RefusedAllocation refused(sizeof(IntegerWrapper));
+        a.detach();
+        ADD_FAILURE() << "no exception";
+    }
+    catch (const GenICam::BadAllocException& e)
+    {
+        EXPECT_STREQ(e.GetDescription(), "Could not clone object.");
+    }
+    EXPECT_EQ(std::as_const(a).get(), shared);
+    EXPECT_EQ(a.getUseCount(), 2);
+}
+
+namespace
+{
+// Looks at the wrapper while it destroys its object, when its count has reached 0.
+Utils::COWPtrBase::IObjectWrapper* dyingWrapper = nullptr;
+int64_t countsSeenWhileDying[2] = {-1, -1};
+int deletions = 0;
+
+struct ProbingDeleter
+{
+    void operator()(Integer* object) const
+    {
+        ++deletions;
+        dyingWrapper->addRef();
+        countsSeenWhileDying[0] = dyingWrapper->getUseCount();
+        dyingWrapper->release();
+        countsSeenWhileDying[1] = dyingWrapper->getUseCount();
+        delete object;
+    }
+};
+} // namespace
+
+TEST(CowPtr, WrapperCountStopsAtZero)
+{
+    COWPtr<Integer> a(new Integer(1, nullptr), ProbingDeleter());
+    dyingWrapper = a.getObjectWrapper();
+    COWPtr<Integer> b = a;
+    EXPECT_EQ(dyingWrapper->getUseCount(), 2);
+    a.reset();
+    EXPECT_EQ(deletions, 0);
+    b.reset(); // 1 -> 0: the object goes, and the probe runs
+    EXPECT_EQ(deletions, 1) << "a release at 0 must not destroy again";
+    EXPECT_EQ(countsSeenWhileDying[0], 0) << "addRef at 0";
+    EXPECT_EQ(countsSeenWhileDying[1], 0) << "release at 0";
 }

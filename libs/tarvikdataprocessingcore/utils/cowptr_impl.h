@@ -9,6 +9,12 @@
 // Thread safety: the wrapper's use count is atomic; a handle itself belongs to
 // one thread at a time. Objects behind several handles are only read.
 //
+// Memory: a handle whose wrapper cannot be allocated gives its object to the
+// deleter and stays empty; the Variant's wrapper and clone() turn that into
+// GenICam::BadAllocException "Could not allocate data." and "Could not clone
+// object.". A cloner that runs out of memory gives null, which is "No object
+// passed.".
+//
 // Chosen here: a handle keeps its `casted` flag through a detach, so that the
 // clone is always reached through cast() when the handle was made by a cast.
 // That keeps handles right for any layout of T within U.
@@ -69,10 +75,17 @@ struct DefaultCloner
     template <typename U>
     U* operator()(const U& source) const
     {
-        if constexpr (std::is_constructible_v<U, const U&, std::shared_ptr<Threading::RecursiveMutex>>)
-            return new (std::nothrow) U(source, std::make_shared<Threading::RecursiveMutex>());
-        else
-            return new (std::nothrow) U(source);
+        try
+        {
+            if constexpr (std::is_constructible_v<U, const U&, std::shared_ptr<Threading::RecursiveMutex>>)
+                return new U(source, std::make_shared<Threading::RecursiveMutex>());
+            else
+                return new U(source);
+        }
+        catch (const std::bad_alloc&)
+        {
+            return nullptr;
+        }
     }
 };
 
@@ -163,6 +176,7 @@ public:
     COWPtr() noexcept = default;
 
     // Takes ownership of `object`; U is its concrete class, which clones copy.
+    // Without memory for the wrapper the object goes and the handle stays empty.
     template <typename U, typename Deleter = std::default_delete<U>, typename Cloner = DefaultCloner<T>>
     requires std::is_base_of_v<T, U>
     explicit COWPtr(U* object, Deleter = Deleter(), Cloner = Cloner())
@@ -172,15 +186,11 @@ public:
             throw INVALID_ARGUMENT_EXCEPTION("No object passed.");
         // The object is owned from here on: it must not be lost if the wrapper
         // cannot be made. The wrapper's constructor gives it up itself on failure.
-        void* memory = nullptr;
-        try
-        {
-            memory = ::operator new(sizeof(Wrapper));
-        }
-        catch (...)
+        void* const memory = ::operator new(sizeof(Wrapper), std::nothrow);
+        if (!memory)
         {
             Deleter()(object);
-            throw;
+            return;
         }
         try
         {
