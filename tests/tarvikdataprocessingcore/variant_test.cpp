@@ -1,8 +1,12 @@
+#include "refused_allocation.h"
+
 #include <TarvikDataProcessingCore/core/ScalarValues.h>
 #include <TarvikDataProcessingCore/utils/Variant.h>
 #include <TarvikViewerDataTypes2/NoValue.h>
 
 #include <gtest/gtest.h>
+
+#include <functional>
 
 using namespace Tarvik::DataProcessing;
 using Core::IInteger;
@@ -27,9 +31,16 @@ std::string failureText(F&& action)
     return "no exception";
 }
 
+// Counts its live objects.
 class Unregistered : public Core::IValue
 {
 public:
+    static inline int alive = 0;
+
+    Unregistered() { ++alive; }
+    Unregistered(const Unregistered&) { ++alive; }
+    ~Unregistered() override { --alive; }
+
     bool hasError(bool) const override { return false; }
     std::shared_ptr<Core::IError> getError(bool) const override { return nullptr; }
     Utils::TypeInfo getTypeInfo(bool mustExist) const override
@@ -72,7 +83,51 @@ TEST(Variant, HoldsACopyWithItsOwnLock)
     value.setValue(11);
     EXPECT_EQ(variant.get<COWPtr<IInteger>>(true)->getValue(), 10);
     EXPECT_EQ(variant.getTypeInfo(), Utils::TypeInfo::get<Integer>(true));
-    EXPECT_EQ(failureText([] { Variant{Unregistered()}; }), "Type of passed data is not registered.");
+}
+
+// Refused by the registry, whichever way the value comes; the Variant keeps
+// its content, a handle given to take over stays with the caller, and no
+// object is left behind.
+TEST(Variant, UnregisteredTypeIsRefusedByTheRegistry)
+{
+    Variant variant{Integer(5, nullptr)};
+    {
+        COWPtr<Unregistered> pointer(new Unregistered);
+        const std::function<void()> ways[] = {[] { Variant{Unregistered()}; },
+                                              [&] { variant.setData(pointer); },
+                                              [&] { variant.setData(std::move(pointer)); }};
+        for (const std::function<void()>& way : ways)
+        {
+            try
+            {
+                way();
+                ADD_FAILURE() << "no exception";
+            }
+            catch (const GenICam::RuntimeException& e)
+            {
+                EXPECT_STREQ(e.GetDescription(), "The requested type is not registered.");
+            }
+            EXPECT_EQ(variant.get<COWPtr<IInteger>>(true)->getValue(), 5);
+        }
+        EXPECT_EQ(pointer.getUseCount(), 1);
+    }
+    EXPECT_EQ(Unregistered::alive, 0);
+}
+
+TEST(Variant, ValueWithoutMemoryForItsHandleRaises)
+{
+    using Wrapper = Utils::COWPtrBase::ObjectWrapper<Integer, Integer, std::default_delete<Integer>,
+                                                     Utils::DefaultCloner<Integer>>;
+    try
+    {
+        const RefusedAllocation refused(sizeof(Wrapper));
+        Variant variant{Integer(5, nullptr)};
+        ADD_FAILURE() << "no exception";
+    }
+    catch (const GenICam::BadAllocException& e)
+    {
+        EXPECT_STREQ(e.GetDescription(), "Could not allocate data.");
+    }
 }
 
 TEST(Variant, TypedReadSharesTheObjectAndReadsThroughBases)

@@ -1,8 +1,12 @@
 // Template half of Variant: the data wrapper of a type and the typed operations.
 //
-// Chosen here: the value form asks the copied object for its type without
-// raising, so that an unregistered class is refused as "Type of passed data is
-// not registered.".
+// Both the value form and setData ask for the type with getTypeInfo(true), so
+// an unregistered class is refused by the registry's GenICam::RuntimeException
+// "The requested type is not registered."; "Type of passed data is not
+// registered." is left for a class that reports an invalid type without raising.
+//
+// Chosen here: setData asks for the type before it takes the handle over, so a
+// refused handle stays with the caller, and the Variant keeps its content.
 #pragma once
 
 #include <TarvikDataProcessingCore/utils/Variant.h>
@@ -25,7 +29,7 @@ public:
         if (!copy)
             throw INVALID_ARGUMENT_EXCEPTION("No object passed.");
         m_data = COWPtr<T>(copy);
-        m_type = value.getTypeInfo(false);
+        m_type = value.getTypeInfo(true);
         if (!m_type.isValid())
             throw INVALID_ARGUMENT_EXCEPTION("Type of passed data is not registered.");
         if (!m_data.isValid())
@@ -95,7 +99,7 @@ TypeInfo objectType(const COWPtr<T>& pointer)
     const T* const object = pointer.get();
     if (!object)
         throw INVALID_ARGUMENT_EXCEPTION("No object passed.");
-    const TypeInfo type = object->getTypeInfo(false);
+    const TypeInfo type = object->getTypeInfo(true);
     if (!type.isValid())
         throw INVALID_ARGUMENT_EXCEPTION("Type of passed data is not registered.");
     return type;
@@ -114,16 +118,21 @@ Variant::IDataWrapper* makeWrapper(P&& pointer)
 }
 } // namespace Detail
 
+// The old content goes only once the new wrapper stands.
 template <typename T>
 void Variant::setData(COWPtr<T>&& pointer)
 {
-    adopt(Detail::makeWrapper<T>(std::move(pointer)));
+    IDataWrapper* const wrapper = Detail::makeWrapper<T>(std::move(pointer));
+    reset();
+    m_wrapper = wrapper;
 }
 
 template <typename T>
 void Variant::setData(const COWPtr<T>& pointer)
 {
-    adopt(Detail::makeWrapper<T>(pointer));
+    IDataWrapper* const wrapper = Detail::makeWrapper<T>(pointer);
+    reset();
+    m_wrapper = wrapper;
 }
 
 namespace Detail

@@ -21,14 +21,21 @@ Variant::Variant(Variant&& other) noexcept
 Variant& Variant::operator=(const Variant& other)
 {
     if (this != &other)
-        adopt(other.m_wrapper ? other.m_wrapper->clone() : nullptr);
+    {
+        IDataWrapper* const copy = other.m_wrapper ? other.m_wrapper->clone() : nullptr;
+        reset();
+        m_wrapper = copy;
+    }
     return *this;
 }
 
 Variant& Variant::operator=(Variant&& other) noexcept
 {
     if (this != &other)
-        adopt(std::exchange(other.m_wrapper, nullptr));
+    {
+        reset();
+        m_wrapper = std::exchange(other.m_wrapper, nullptr);
+    }
     return *this;
 }
 
@@ -40,12 +47,6 @@ Variant::~Variant()
 void Variant::reset() noexcept
 {
     delete std::exchange(m_wrapper, nullptr);
-}
-
-void Variant::adopt(IDataWrapper* wrapper) noexcept
-{
-    reset();
-    m_wrapper = wrapper;
 }
 
 TypeInfo Variant::getTypeInfo() const

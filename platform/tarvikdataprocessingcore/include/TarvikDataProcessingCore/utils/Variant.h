@@ -71,8 +71,6 @@ public:
     auto get(bool mustExist);
 
 private:
-    void adopt(IDataWrapper* wrapper) noexcept;
-
     IDataWrapper* m_wrapper = nullptr;
 };
 
