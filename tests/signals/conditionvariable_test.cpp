@@ -45,6 +45,8 @@ TEST(ConditionVariableAny, WaitReleasesTheLockUntilNotifiedAndTakesItBack)
         [&]
         {
             Threading::ScopedLock guard(lockable);
+            // The waiter sleeps in the wait; its lock still counts as owned.
+            EXPECT_TRUE(lock.ownsLock());
             ready = true;
             condition.notifyAll();
         });

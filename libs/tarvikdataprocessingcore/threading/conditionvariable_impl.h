@@ -1,9 +1,8 @@
 // Template half of ConditionVariableAny: the wait on a UniqueLock.
 //
-// A UniqueLock shows only whether it owns its lockable, so the wait releases
-// and retakes the lockable through the UniqueLock itself. Its owned flag is
-// clear only while its thread sleeps inside the wait, where nobody can look at
-// it, since a UniqueLock belongs to one thread.
+// The wait hands the lockable itself to waitInternal, which releases and retakes
+// it as one step. The UniqueLock's owned flag stays set throughout: to anyone
+// who holds the lockable, its owner never gave it up.
 #pragma once
 
 #include <TarvikDataProcessingCore/threading/ConditionVariableAny.h>
@@ -14,33 +13,11 @@
 namespace Tarvik::DataProcessing::Threading
 {
 
-namespace Detail
-{
-
-// Presents the lockable of a UniqueLock that owns it.
-class UniqueLockRelay final : public IRecursiveLockable
-{
-public:
-    explicit UniqueLockRelay(UniqueLock& lock) noexcept
-        : m_lock(lock)
-    {
-    }
-    void lock() override { m_lock.lock(); }
-    void unlock() override { m_lock.unlock(); }
-
-private:
-    UniqueLock& m_lock;
-};
-
-} // namespace Detail
-
 inline void ConditionVariableAny::wait(UniqueLock& lock)
 {
-    // A UniqueLock owns a lockable only if it has one.
-    if (!lock.ownsLock())
+    if (!lock.m_lockable || !lock.m_owned)
         throw INVALID_ARGUMENT_EXCEPTION("Passed unique lock does not own a lockable.");
-    Detail::UniqueLockRelay relay(lock);
-    waitInternal(relay);
+    waitInternal(*lock.m_lockable);
 }
 
 } // namespace Tarvik::DataProcessing::Threading

@@ -10,6 +10,8 @@
 namespace Tarvik::DataProcessing::Threading
 {
 
+class ConditionVariableAny;
+
 class UniqueLock
 {
 public:
@@ -61,6 +63,9 @@ public:
     bool ownsLock() const noexcept { return m_owned; }
 
 private:
+    // Waits on the lockable without letting go of it in the eyes of the owner.
+    friend class ConditionVariableAny;
+
     IRecursiveLockable* m_lockable;
     bool m_owned = false;
 };
