@@ -100,8 +100,7 @@ public:
     {
         if (path.empty())
             return getVariant();
-        throw INVALID_ARGUMENT_EXCEPTION("The value of type %s has no property '%s'.",
-                                         m_type.getName().c_str(), path.c_str());
+        throw INVALID_ARGUMENT_EXCEPTION("The value has no property '%s'.", path.c_str());
     }
 
     ISignal<void()>& getChangedSignal() override { return m_changed; }

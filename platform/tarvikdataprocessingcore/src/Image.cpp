@@ -133,26 +133,6 @@ void BufferImage::allocate(const std::shared_ptr<IBufferProvider>& provider)
         throw BAD_ALLOC_EXCEPTION("Could not allocate an image of %zu bytes.", m_imageSize);
 }
 
-bool BufferImage::hasError(bool) const
-{
-    return hasErrorState();
-}
-
-std::shared_ptr<IError> BufferImage::getError(bool) const
-{
-    return errorState();
-}
-
-ImageDataView<const void> BufferImage::getImageData() const
-{
-    return {m_buffer ? m_buffer->getData() : nullptr, m_paddingX};
-}
-
-ImageDataView<void> BufferImage::getImageData()
-{
-    return {m_buffer ? m_buffer->getData() : nullptr, m_paddingX};
-}
-
 Image::Image(std::shared_ptr<IError> error, std::shared_ptr<Threading::RecursiveMutex> lock)
     : TypedBufferImage(std::move(error), std::move(lock))
 {

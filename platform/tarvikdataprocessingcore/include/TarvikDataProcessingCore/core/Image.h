@@ -19,6 +19,7 @@
 #include <TarvikDataProcessingCore/core/ValueBase.h>
 
 #include <memory>
+#include <utility>
 
 namespace Tarvik::DataProcessing::Core
 {
@@ -28,15 +29,23 @@ class TDPC_API BufferImage : public IImage, protected ValueBase
 public:
     ~BufferImage() override;
 
-    bool hasError(bool recursive) const override;
-    std::shared_ptr<IError> getError(bool recursive) const override;
+    // Inline, as all the operations of the image interface here: a call on an
+    // Image or a TarvikImage, bound at compile time, names no operation of this class.
+    bool hasError(bool) const override { return hasErrorState(); }
+    std::shared_ptr<IError> getError(bool) const override { return errorState(); }
 
     Tarvik::EPixelType getPixelType() const override { return m_pixelType; }
     uint32_t getWidth() const override { return m_width; }
     uint32_t getHeight() const override { return m_height; }
     size_t getImageSize() const override { return m_imageSize; }
-    ImageDataView<const void> getImageData() const override;
-    ImageDataView<void> getImageData() override;
+    ImageDataView<const void> getImageData() const override
+    {
+        return {m_buffer ? std::as_const(*m_buffer).getData() : nullptr, m_paddingX};
+    }
+    ImageDataView<void> getImageData() override
+    {
+        return {m_buffer ? m_buffer->getData() : nullptr, m_paddingX};
+    }
 
     // The buffer that holds the pixels; null in error state.
     const std::shared_ptr<IBuffer>& getBuffer() const { return m_buffer; }
