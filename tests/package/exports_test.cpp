@@ -1,12 +1,11 @@
 #include "built_package.h"
+#include "dynamic_symbols.h"
 #include "packageloader.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstdio>
 #include <set>
-#include <sstream>
 #include <string>
 
 namespace
@@ -29,30 +28,11 @@ std::set<std::string> allowedExports()
     return names;
 }
 
-std::set<std::string> definedDynamicSymbols(const std::string& library)
-{
-    const std::string command = "nm -D --defined-only " + library;
-    FILE* const pipe = popen(command.c_str(), "r");
-    if (!pipe)
-        return {};
-    std::set<std::string> names;
-    char line[1024];
-    while (fgets(line, sizeof line, pipe))
-    {
-        std::istringstream fields(line);
-        std::string address, kind, name;
-        if (fields >> address >> kind >> name)
-            names.insert(name);
-    }
-    EXPECT_EQ(pclose(pipe), 0) << command;
-    return names;
-}
-
 } // namespace
 
 TEST(PackageExports, OnlyTheExportTableLeavesTheLibrary)
 {
-    const std::set<std::string> defined = definedDynamicSymbols(builtPackagePath());
+    const std::set<std::string> defined = dynamicSymbols(builtPackagePath(), "--defined-only");
     const std::set<std::string> allowed = allowedExports();
     for (const std::string& name : defined)
         EXPECT_TRUE(allowed.count(name)) << "unexpected export " << name;
