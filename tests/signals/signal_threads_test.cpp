@@ -125,6 +125,54 @@ TEST(SignalThreads, SlotStopsItsConnectionWhileRunningOnAnotherThreadToo)
     EXPECT_EQ(entries, 2);
 }
 
+// While one thread disables a connection with waiting for its busy slot, a
+// second setEnabled waits until that disabling has ended, and then has the last
+// word. The slot notices each locking caller by the lock count.
+TEST(SignalThreads, SecondSetEnabledWaitsForADisablingInProgress)
+{
+    const auto lockable = std::make_shared<SignalTesting::ObservedLockable>();
+    SignalType signal(lockable);
+    std::promise<void> entered;
+    std::promise<void> release;
+    std::atomic<bool> slotFinished{false};
+    int calls = 0;
+    auto connection = signal.connect(
+        [&]
+        {
+            if (++calls > 1)
+                return;
+            entered.set_value();
+            release.get_future().wait();
+            slotFinished = true;
+        });
+    std::thread firing([&] { signal(); });
+    entered.get_future().wait();
+
+    const int locksBefore = lockable->lockCount();
+    std::thread disabler([&] { connection->setEnabled(false, true); });
+    while (lockable->lockCount() == locksBefore)
+        std::this_thread::yield();
+    bool slotFinishedWhenEnabled = false;
+    std::thread enabler(
+        [&]
+        {
+            connection->setEnabled(true, false);
+            slotFinishedWhenEnabled = slotFinished;
+        });
+    // The enabler has the lock only once the disabler waits for the slot.
+    while (lockable->lockCount() == locksBefore + 1)
+        std::this_thread::yield();
+    release.set_value();
+    firing.join();
+    disabler.join();
+    enabler.join();
+
+    EXPECT_TRUE(slotFinishedWhenEnabled);
+    EXPECT_TRUE(connection->isEnabled());
+    signal();
+    EXPECT_EQ(calls, 2);
+}
+
 TEST(SignalThreads, StopWithoutWaitingReturnsWhileTheSlotRuns)
 {
     SignalType signal;
