@@ -13,9 +13,9 @@
 // must not hold it beyond that. They wait for the calls of the slot on other
 // threads only: a slot may end or disable its own connection with waiting and
 // goes on. Two threads that wait for each other's calls of slots still deadlock.
-// Each library that compiles this header keeps its own record of the slot calls
-// of a thread, so a slot must be fired by the library that made its signal for
-// such a wait from within it to see the call as its own.
+// Each library that compiles this header keeps its own record of a thread's
+// slot calls: a wait from within a slot sees the call as its own only if the
+// firing ran in the library that made the signal.
 //
 // Chosen here: a signal given a null lock raises "No lockable passed.", as a
 // connection would on the first connect. A slot may destroy the signal that
