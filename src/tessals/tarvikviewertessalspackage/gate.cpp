@@ -6,6 +6,7 @@
 
 #include <AnythingToNodeMapAdapter/BooleanParameterPortRelay.h>
 
+#include <tarvikdataprocessingcore/threading/uniquelock_impl.h>
 #include <tarvikdataprocessingcore/utils/signal_impl.h>
 
 namespace TarvikViewerTessalPackage
