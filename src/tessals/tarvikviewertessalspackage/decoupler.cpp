@@ -50,6 +50,7 @@ struct Decoupler::Impl
     std::shared_ptr<Threading::RecursiveCLock> lock;
     // The node's maps never change: the signal is never fired.
     Utils::Signal<void()> nodeMapsChanged;
+    // Started by onStarting and joined by onStopping, both on the framework's thread.
     std::thread thread;
     // Guarded by lock from here on.
     bool stopRequested = false;
