@@ -3,6 +3,7 @@
 #include "exports.h"
 
 #include "converter.h"
+#include "decoupler.h"
 #include "gate.h"
 #include "histogramextractor.h"
 
@@ -37,6 +38,16 @@ extern "C"
     }
 
     TESSAL_EXPORT void destroy_Converter(TessalNode* node)
+    {
+        delete node;
+    }
+
+    TESSAL_EXPORT TessalNode* create_Decoupler(const TessalResourcePool& resourcePool)
+    {
+        return new Decoupler(resourcePool);
+    }
+
+    TESSAL_EXPORT void destroy_Decoupler(TessalNode* node)
     {
         delete node;
     }
