@@ -62,10 +62,10 @@ struct CImageDecompressor::Impl
     ~Impl() { ZSTD_freeDCtx(context); }
 };
 
-CImageDecompressor::CImageDecompressor(const void* descriptor, size_t descriptorSize)
+CImageDecompressor::CImageDecompressor(const void* descriptor, size_t size)
     : m_impl(std::make_unique<Impl>())
 {
-    m_impl->codecs = decodeDescriptor(descriptor, descriptorSize);
+    m_impl->codecs = decodeDescriptor(descriptor, size);
     m_impl->context = ZSTD_createDCtx();
     if (!m_impl->context)
         throw BAD_ALLOC_EXCEPTION("Could not create a decompression context.");
