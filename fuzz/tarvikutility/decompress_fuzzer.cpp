@@ -12,6 +12,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 using namespace Tarvik;
@@ -23,9 +24,21 @@ namespace
 constexpr size_t maxTarget = 64 * 1024 * 1024;
 constexpr uint32_t chunkSizes[] = {512, 1000, 128 * 1024, 7};
 
-std::vector<uint8_t> descriptorFor(uint8_t selector)
+// One decompressor per descriptor, made once: contexts are too dear to make per input.
+CImageDecompressor& decompressorFor(uint8_t selector)
 {
-    return CImageCompressor(1, selector & 1, chunkSizes[(selector >> 1) & 3]).GetCompressionDescriptor();
+    static const auto decompressors = []
+    {
+        std::vector<std::unique_ptr<CImageDecompressor>> all;
+        for (uint8_t index = 0; index < 8; ++index)
+        {
+            const std::vector<uint8_t> descriptor =
+                CImageCompressor(1, index & 1, chunkSizes[index >> 1]).GetCompressionDescriptor();
+            all.push_back(std::make_unique<CImageDecompressor>(descriptor.data(), descriptor.size()));
+        }
+        return all;
+    }();
+    return *decompressors[selector & 7];
 }
 
 size_t targetSizeFor(const CompressionInfo_t& info)
@@ -60,10 +73,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     std::vector<uint8_t> target(targetSize);
     try
     {
-        const std::vector<uint8_t> descriptor = descriptorFor(selector);
-        CImageDecompressor decompressor(descriptor.data(), descriptor.size());
         size_t written = target.size();
-        decompressor.DecompressImage(target.data(), written, frame.data(), frame.size());
+        decompressorFor(selector).DecompressImage(target.data(), written, frame.data(), frame.size());
         if (written > target.size())
             __builtin_trap();
     }
