@@ -41,7 +41,7 @@ class BoundedBufferProvider final : public Core::IBufferProvider
 public:
     std::shared_ptr<Core::IBuffer> allocate(size_t size) override
     {
-        if (size > 64 * 1024 * 1024)
+        if (size > 16 * 1024 * 1024)
             throw BAD_ALLOC_EXCEPTION("Pool has no buffer of %zu bytes.", size);
         return m_provider.allocate(size);
     }
