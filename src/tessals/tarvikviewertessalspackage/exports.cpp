@@ -7,6 +7,7 @@
 #include "decoupler.h"
 #include "gate.h"
 #include "histogramextractor.h"
+#include "sharpnessextractor.h"
 
 #include <cstdlib>
 
@@ -79,6 +80,16 @@ extern "C"
     }
 
     TESSAL_EXPORT void destroy_HistogramExtractor(TessalNode* node)
+    {
+        delete node;
+    }
+
+    TESSAL_EXPORT TessalNode* create_SharpnessExtractor(const TessalResourcePool& resourcePool)
+    {
+        return new SharpnessExtractor(resourcePool);
+    }
+
+    TESSAL_EXPORT void destroy_SharpnessExtractor(TessalNode* node)
     {
         delete node;
     }
