@@ -331,9 +331,30 @@ hn::Vec<D> LoadSamples(D d16, const uint16_t* HWY_RESTRICT at)
     return hn::LoadU(d16, at);
 }
 
-// Bilinear demosaicing of one row of samples of `depth` bits, at most 14 so that
-// four samples add up within 16 bits, to their top 8 bits.
-template <typename Sample>
+// Rounded mean of four samples, (a + b + c + d + 2) >> 2. Samples of up to 14
+// bits add up within 16-bit lanes; wider ones are split into their quarters and
+// the two low bits, whose sum cannot carry past the lane either.
+template <bool kWide, class V>
+V MeanOfFour(V a, V b, V c, V d)
+{
+    const auto two = hn::Set(hn::DFromV<V>(), 2);
+    if constexpr (kWide)
+    {
+        const auto three = hn::Set(hn::DFromV<V>(), 3);
+        const auto quarters = hn::Add(hn::Add(hn::ShiftRight<2>(a), hn::ShiftRight<2>(b)),
+                                      hn::Add(hn::ShiftRight<2>(c), hn::ShiftRight<2>(d)));
+        const auto lowBits = hn::Add(hn::Add(hn::And(a, three), hn::And(b, three)),
+                                     hn::Add(hn::And(c, three), hn::And(d, three)));
+        return hn::Add(quarters, hn::ShiftRight<2>(hn::Add(lowBits, two)));
+    }
+    else
+    {
+        return hn::ShiftRight<2>(hn::Add(hn::Add(hn::Add(a, b), hn::Add(c, d)), two));
+    }
+}
+
+// Bilinear demosaicing of one row of samples of `depth` bits to their top 8 bits.
+template <bool kWide, typename Sample>
 void BayerRowToBgra8(const Sample* HWY_RESTRICT above, const Sample* HWY_RESTRICT row,
                      const Sample* HWY_RESTRICT below, uint8_t* HWY_RESTRICT target, uint32_t width,
                      BayerRowKind kind, uint32_t depth)
@@ -347,7 +368,6 @@ void BayerRowToBgra8(const Sample* HWY_RESTRICT above, const Sample* HWY_RESTRIC
     const auto toBytes = [&](hn::Vec<decltype(d16)> samples)
     { return hn::DemoteTo(d8, hn::BitCast(di16, hn::ShiftRightSame(samples, shift))); };
     const auto one = hn::Set(d16, 1);
-    const auto two = hn::Set(d16, 2);
     const auto alpha = hn::Set(d8, 255);
     // Which lanes hold red or blue samples, for vectors starting on an even or an
     // odd column (odd starts happen only with single-lane vectors).
@@ -371,14 +391,16 @@ void BayerRowToBgra8(const Sample* HWY_RESTRICT above, const Sample* HWY_RESTRIC
     for (; x + lanes + 1 <= width; x += lanes)
     {
         const auto centre = load(row + x);
-        const auto horizontal = hn::Add(load(row + x - 1), load(row + x + 1));
-        const auto vertical = hn::Add(load(above + x), load(below + x));
-        const auto diagonal = hn::Add(hn::Add(load(above + x - 1), load(above + x + 1)),
-                                      hn::Add(load(below + x - 1), load(below + x + 1)));
-        const auto meanHorizontal = hn::ShiftRight<1>(hn::Add(horizontal, one));
-        const auto meanVertical = hn::ShiftRight<1>(hn::Add(vertical, one));
-        const auto meanCross = hn::ShiftRight<2>(hn::Add(hn::Add(horizontal, vertical), two));
-        const auto meanDiagonal = hn::ShiftRight<2>(hn::Add(diagonal, two));
+        const auto left = load(row + x - 1);
+        const auto right = load(row + x + 1);
+        const auto up = load(above + x);
+        const auto down = load(below + x);
+        // (a + b + 1) >> 1 without a carry out of the lane.
+        const auto meanHorizontal = hn::AverageRound(left, right);
+        const auto meanVertical = hn::AverageRound(up, down);
+        const auto meanCross = MeanOfFour<kWide>(left, right, up, down);
+        const auto meanDiagonal = MeanOfFour<kWide>(load(above + x - 1), load(above + x + 1),
+                                                    load(below + x - 1), load(below + x + 1));
 
         const auto colourSite = (x & 1u) == 0 ? colourSiteFromEven : colourSiteFromOdd;
         const auto own = hn::IfThenElse(colourSite, centre, meanHorizontal);
@@ -395,14 +417,17 @@ void Bayer8RowToBgra8Impl(const uint8_t* HWY_RESTRICT above, const uint8_t* HWY_
                           const uint8_t* HWY_RESTRICT below, uint8_t* HWY_RESTRICT target, uint32_t width,
                           BayerRowKind kind)
 {
-    BayerRowToBgra8(above, row, below, target, width, kind, 8);
+    BayerRowToBgra8<false>(above, row, below, target, width, kind, 8);
 }
 
 void Bayer16RowToBgra8Impl(const uint16_t* HWY_RESTRICT above, const uint16_t* HWY_RESTRICT row,
                            const uint16_t* HWY_RESTRICT below, uint8_t* HWY_RESTRICT target, uint32_t width,
                            BayerRowKind kind, uint32_t depth)
 {
-    BayerRowToBgra8(above, row, below, target, width, kind, depth);
+    if (depth > 14)
+        BayerRowToBgra8<true>(above, row, below, target, width, kind, depth);
+    else
+        BayerRowToBgra8<false>(above, row, below, target, width, kind, depth);
 }
 
 } // namespace Tarvik::Conversion::HWY_NAMESPACE

@@ -31,7 +31,7 @@ void Yuv422RowToBgra8(const uint8_t* source, uint8_t* target, uint32_t width, bo
 void Bayer8RowToBgra8(const uint8_t* above, const uint8_t* row, const uint8_t* below, uint8_t* target,
                       uint32_t width, BayerRowKind kind);
 
-// The same for rows of unpacked samples of 9 to 14 bits, to their top 8 bits.
+// The same for rows of unpacked samples of 9 to 16 bits, to their top 8 bits.
 void Bayer16RowToBgra8(const uint16_t* above, const uint16_t* row, const uint16_t* below, uint8_t* target,
                        uint32_t width, BayerRowKind kind, uint32_t depth);
 
