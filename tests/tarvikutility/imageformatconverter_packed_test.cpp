@@ -152,4 +152,5 @@ TEST(PackedFormatsLargeFrames, StreamingStoresMatchTheReference)
 {
     ExpectMatchesReference(PixelType_Mono12p, kMono16Msb, 4099, 2100, 0, 0, 3);
     ExpectMatchesReference(PixelType_Mono10p, kMono8, 4099, 2800, 1, 0, 4);
+    ExpectMatchesReference(PixelType_BayerRG12p, kBgra8, 2051, 2400, 0, 0, 5);
 }

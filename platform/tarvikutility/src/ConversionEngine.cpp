@@ -188,11 +188,11 @@ private:
             return;
         case RowPath::Bayer8ToBgra8:
             Bayer8RowToBgra8(source.Row(Above(y)), source.Row(y), source.Row(Below(y)), out, width,
-                             BayerRowKindOf(format.phase, y));
+                             BayerRowKindOf(format.phase, y), m_streamOutput);
             return;
         case RowPath::Bayer16ToBgra8:
             Bayer16RowToBgra8(UnpackedBayerRow(Above(y)), UnpackedBayerRow(y), UnpackedBayerRow(Below(y)),
-                              out, width, BayerRowKindOf(format.phase, y), format.depth);
+                              out, width, BayerRowKindOf(format.phase, y), format.depth, m_streamOutput);
             return;
         case RowPath::GenericMono:
             UnpackMonoRow(source, y, m_samples.data());
