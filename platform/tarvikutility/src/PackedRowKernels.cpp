@@ -37,25 +37,77 @@ constexpr PackedBlockLayout kLsb12Block{
     12, {0, 1, 1, 2, 3, 4, 4, 5, 6, 7, 7, 8, 9, 10, 10, 11}, {16, 1, 16, 1, 16, 1, 16, 1}, false};
 constexpr PackedBlockLayout kLsb10Block{
     10, {0, 1, 1, 2, 2, 3, 3, 4, 5, 6, 6, 7, 7, 8, 8, 9}, {64, 16, 4, 1, 64, 16, 4, 1}, false};
+
 // High bits of the first and the second sample in the outer bytes, their low
 // bits in the low and the high nibble of the middle byte: the word of each lane
-// is the middle byte below the sample's outer byte.
-constexpr PackedBlockLayout kGroupedBlock{12, {1, 0, 1, 2, 4, 3, 4, 5, 7, 6, 7, 8, 10, 9, 10, 11}, {}, true};
+// is the middle byte below the sample's outer byte, whose nibble moves to the
+// top of the word's low byte.
+constexpr PackedBlockLayout GroupedBlock(uint32_t depth)
+{
+    PackedBlockLayout layout{12, {1, 0, 1, 2, 4, 3, 4, 5, 7, 6, 7, 8, 10, 9, 10, 11}, {}, true};
+    for (size_t lane = 0; lane < 8; ++lane)
+        layout.multipliers[lane] = static_cast<uint16_t>(1u << ((lane % 2 == 0 ? 8 : 4) - (depth - 8)));
+    return layout;
+}
 
-inline PackedBlockLayout LayoutOf(const SourceFormat& format)
+// The layout repeated over the four blocks of the widest vector; narrower
+// vectors use the first blocks. Block b starts at byte b * bytesPerBlock of the
+// vector's bytes: a permutation of 32-bit lanes brings its 4-byte piece to the
+// block, the byte shuffle takes the rest of the offset.
+struct PackedVectorTables
+{
+    alignas(64) std::array<uint8_t, 64> bytes;
+    alignas(64) std::array<uint32_t, 16> pieces;
+    alignas(64) std::array<uint16_t, 32> multipliers;
+    uint32_t bytesPerBlock;
+    bool grouped;
+};
+
+constexpr PackedVectorTables MakeTables(const PackedBlockLayout& layout)
+{
+    PackedVectorTables tables{};
+    for (uint32_t block = 0; block < 4; ++block)
+    {
+        const uint32_t start = block * layout.bytesPerBlock;
+        for (uint32_t i = 0; i < 4; ++i)
+            tables.pieces[4 * block + i] = start / 4 + i;
+        for (uint32_t i = 0; i < 16; ++i)
+            tables.bytes[16 * block + i] = static_cast<uint8_t>(layout.bytes[i] + start % 4);
+        for (uint32_t i = 0; i < 8; ++i)
+            tables.multipliers[8 * block + i] = layout.multipliers[i];
+    }
+    tables.bytesPerBlock = layout.bytesPerBlock;
+    tables.grouped = layout.grouped;
+    return tables;
+}
+
+// For 1-bit samples: the source byte of each output lane and the bit it tests,
+// over the widest vector.
+alignas(64) constexpr std::array<uint8_t, 64> kBitSources = []
+{
+    std::array<uint8_t, 64> sources{};
+    for (size_t i = 0; i < 64; ++i)
+        sources[i] = static_cast<uint8_t>(i / 8);
+    return sources;
+}();
+alignas(64) constexpr std::array<uint8_t, 64> kBitMasks = []
+{
+    std::array<uint8_t, 64> masks{};
+    for (size_t i = 0; i < 64; ++i)
+        masks[i] = static_cast<uint8_t>(1u << (i % 8));
+    return masks;
+}();
+
+constexpr PackedVectorTables kLsb12Tables = MakeTables(kLsb12Block);
+constexpr PackedVectorTables kLsb10Tables = MakeTables(kLsb10Block);
+constexpr PackedVectorTables kGrouped12Tables = MakeTables(GroupedBlock(12));
+constexpr PackedVectorTables kGrouped10Tables = MakeTables(GroupedBlock(10));
+
+inline const PackedVectorTables& TablesOf(const SourceFormat& format)
 {
     if (format.packing == PixelPacking::LsbStream)
-    {
-        return format.depth == 12 ? kLsb12Block : kLsb10Block;
-    }
-    // The middle byte's nibble moves to the top of the low byte of the word.
-    PackedBlockLayout layout = kGroupedBlock;
-    const uint32_t lowBits = format.depth - 8;
-    for (size_t lane = 0; lane < 8; ++lane)
-    {
-        layout.multipliers[lane] = static_cast<uint16_t>(1u << ((lane % 2 == 0 ? 8 : 4) - lowBits));
-    }
-    return layout;
+        return format.depth == 12 ? kLsb12Tables : kLsb10Tables;
+    return format.depth == 12 ? kGrouped12Tables : kGrouped10Tables;
 }
 
 } // namespace Tarvik::Conversion
@@ -79,28 +131,10 @@ size_t UnpackMsbVectors(const uint8_t* HWY_RESTRICT source, uint32_t width, cons
     const hn::Repartition<uint8_t, decltype(d16)> d8;
     const hn::Repartition<uint32_t, decltype(d16)> d32;
     const size_t samples = hn::Lanes(d16);
-    const size_t blocks = samples / 8;
-    const PackedBlockLayout layout = LayoutOf(format);
-
-    // Block b starts at byte b * bytesPerBlock of the vector's bytes: a permutation
-    // of 32-bit lanes brings its 4-byte piece to the block, the byte shuffle takes
-    // the rest of the offset.
-    alignas(64) uint8_t byteTable[64];
-    alignas(64) uint32_t pieceTable[16];
-    alignas(64) uint16_t multiplierTable[32];
-    for (size_t block = 0; block < blocks; ++block)
-    {
-        const size_t start = block * layout.bytesPerBlock;
-        for (size_t i = 0; i < 4; ++i)
-            pieceTable[4 * block + i] = static_cast<uint32_t>(start / 4 + i);
-        for (size_t i = 0; i < 16; ++i)
-            byteTable[16 * block + i] = static_cast<uint8_t>(layout.bytes[i] + start % 4);
-        for (size_t i = 0; i < 8; ++i)
-            multiplierTable[8 * block + i] = layout.multipliers[i];
-    }
-    const auto pieces = hn::SetTableIndices(d32, pieceTable);
-    const auto shuffle = hn::Load(d8, byteTable);
-    const auto multipliers = hn::Load(d16, multiplierTable);
+    const PackedVectorTables& tables = TablesOf(format);
+    const auto pieces = hn::SetTableIndices(d32, tables.pieces.data());
+    const auto shuffle = hn::Load(d8, tables.bytes.data());
+    const auto multipliers = hn::Load(d16, tables.multipliers.data());
     const int lowBits = static_cast<int>(16 - format.depth);
     const auto sampleMask = hn::Set(d16, static_cast<uint16_t>(0xFFFFu << lowBits));
     const auto highByte = hn::Set(d16, 0xFF00);
@@ -109,7 +143,7 @@ size_t UnpackMsbVectors(const uint8_t* HWY_RESTRICT source, uint32_t width, cons
         hn::Set(d16, static_cast<uint16_t>(((1u << middleBitCount) - 1) << (8 - middleBitCount)));
 
     const size_t rowBytes = (size_t{width} * format.bitsPerPixel + 7) / 8;
-    const size_t bytesPerVector = blocks * layout.bytesPerBlock;
+    const size_t bytesPerVector = samples / 8 * tables.bytesPerBlock;
     size_t x = 0;
     for (size_t at = 0; x + samples <= width && at + hn::Lanes(d8) <= rowBytes;
          x += samples, at += bytesPerVector)
@@ -118,7 +152,7 @@ size_t UnpackMsbVectors(const uint8_t* HWY_RESTRICT source, uint32_t width, cons
         const auto words = hn::BitCast(
             d16, hn::TableLookupBytes(hn::BitCast(d8, hn::TableLookupLanes(loaded, pieces)), shuffle));
         const auto moved = hn::Mul(words, multipliers);
-        emit(x, layout.grouped ? hn::Or(hn::And(words, highByte), hn::And(moved, middleBits))
+        emit(x, tables.grouped ? hn::Or(hn::And(words, highByte), hn::And(moved, middleBits))
                                : hn::And(moved, sampleMask));
     }
     return x;
@@ -243,15 +277,8 @@ size_t PackedBitsRowToMono8Vectors(const uint8_t* HWY_RESTRICT source, uint8_t* 
     }
     // One bit per sample: every 128-bit block of output takes two source bytes,
     // repeats each over eight lanes and tests one bit in each.
-    alignas(64) uint8_t byteTable[64];
-    alignas(64) uint8_t bitTable[64];
-    for (size_t i = 0; i < lanes; ++i)
-    {
-        byteTable[i] = static_cast<uint8_t>(i / 8);
-        bitTable[i] = static_cast<uint8_t>(1u << (i % 8));
-    }
-    const auto spread = hn::Load(d, byteTable);
-    const auto bits = hn::Load(d, bitTable);
+    const auto spread = hn::Load(d, kBitSources.data());
+    const auto bits = hn::Load(d, kBitMasks.data());
     const auto one = hn::Set(d, static_cast<uint8_t>(1u << toTop));
     for (; x + lanes <= width && x / 8 + 16 <= rowBytes; x += lanes)
     {
