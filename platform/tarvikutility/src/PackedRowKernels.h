@@ -1,7 +1,8 @@
 // Vector row kernels for the packed layouts cameras send to save bandwidth:
 // 10- and 12-bit least-significant-bit-first streams (Mono10p, Mono12p, the
 // Bayer..p types) and 10- and 12-bit pairs in three bytes (Mono10Packed,
-// Mono12Packed, Bayer..12Packed). The instruction set is chosen at run time;
+// Mono12Packed, Bayer..12Packed), 1-, 2- and 4-bit mono streams, and 16-bit
+// words of fewer significant bits. The instruction set is chosen at run time;
 // each kernel gives exactly the samples of the scalar unpacker, which also does
 // every row's tail. Kernels with a `stream` flag write with non-temporal stores
 // where the target row's alignment allows; the caller ends its rows with
