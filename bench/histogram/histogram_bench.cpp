@@ -7,7 +7,8 @@
 //   Histogram/BayerRG8/4096x3000/<scene>/{tessal,mono8}: the Bayer sampler beside
 //     the mono sampler on the same bytes.
 //   Run/<Format>/4096x3000/smooth/{tessal,sampling}: the node's whole run through
-//     the package (check, count, build one Integer per bin) beside its sampler alone.
+//     the package (check, count, build one Integer per bin) beside its sampler alone;
+//     Mono12p (unpacked by the converter first) beside Mono12's run.
 #include "built_package.h"
 #include "packageloader.h"
 #include "sampling_access.h"
@@ -82,6 +83,22 @@ std::vector<uint8_t> makeSamples(uint32_t depth, Scene scene)
     return bytes;
 }
 
+// 12-bit words packed as Mono12p: two samples in three bytes, least significant bit first.
+std::vector<uint8_t> packMono12p(const std::vector<uint8_t>& words)
+{
+    std::vector<uint8_t> packed;
+    packed.reserve(words.size() / 4 * 3);
+    for (size_t i = 0; i + 4 <= words.size(); i += 4)
+    {
+        const uint32_t first = words[i] | (words[i + 1] << 8);
+        const uint32_t second = words[i + 2] | (words[i + 3] << 8);
+        const uint32_t pair = first | (second << 12);
+        packed.insert(packed.end(), {static_cast<uint8_t>(pair), static_cast<uint8_t>(pair >> 8),
+                                     static_cast<uint8_t>(pair >> 16)});
+    }
+    return packed;
+}
+
 // The frame of a format and scene, made on first use and kept: images are made
 // only for the benchmarks that the filter selects.
 Sampling::ImagePointer sceneImage(Tarvik::EPixelType type, uint32_t depth, Scene scene)
@@ -90,7 +107,8 @@ Sampling::ImagePointer sceneImage(Tarvik::EPixelType type, uint32_t depth, Scene
     Sampling::ImagePointer& image = images[{type, scene}];
     if (!image.hasObject())
     {
-        const std::vector<uint8_t> bytes = makeSamples(depth, scene);
+        const std::vector<uint8_t> samples = makeSamples(depth, scene);
+        const std::vector<uint8_t> bytes = type == Tarvik::PixelType_Mono12p ? packMono12p(samples) : samples;
         image =
             Sampling::ImagePointer(new Core::Image(bytes.data(), bytes.size(), type, width, height, 0, 0,
                                                    std::make_shared<Core::AlignedBufferProvider>(), nullptr));
@@ -279,6 +297,9 @@ void registerRun(const MonoFormat& format)
                                      }
                                      setBytes(state, image);
                                  });
+    // The sampler reads unpacked words only.
+    if (format.type == Tarvik::PixelType_Mono12p)
+        return;
     benchmark::RegisterBenchmark((base + "sampling").c_str(),
                                  [format, bins](benchmark::State& state)
                                  {
@@ -296,6 +317,7 @@ void registerRun(const MonoFormat& format)
 const MonoFormat mono8{"Mono8", Tarvik::PixelType_Mono8, 8};
 const MonoFormat mono12{"Mono12", Tarvik::PixelType_Mono12, 12};
 const MonoFormat mono16{"Mono16", Tarvik::PixelType_Mono16, 16};
+const MonoFormat mono12p{"Mono12p", Tarvik::PixelType_Mono12p, 12};
 
 const bool registered = []
 {
@@ -307,6 +329,8 @@ const bool registered = []
     }
     registerRun(mono8);
     registerRun(mono16);
+    registerRun(mono12);
+    registerRun(mono12p);
     return true;
 }();
 

@@ -37,10 +37,26 @@ const Pair kPairs[] = {
      [](const cv::Mat& s, cv::Mat& t) { cv::cvtColor(s, t, cv::COLOR_RGB2BGRA); }},
     {"YUV422_BGRA8", PixelType_YUV422_8_UYVY, PixelType_BGRa8, CV_8UC2,
      [](const cv::Mat& s, cv::Mat& t) { cv::cvtColor(s, t, cv::COLOR_YUV2BGRA_UYVY); }},
-    // Packed camera formats OpenCV does not read: measured against memcpy only.
-    {"BayerRG12p_BGRA8", PixelType_BayerRG12p, PixelType_BGRa8, CV_8UC1, nullptr},
-    {"BayerRG12_BGRA8", PixelType_BayerRG12, PixelType_BGRa8, CV_16UC1, nullptr},
+    {"Mono16_Mono8", PixelType_Mono16, PixelType_Mono8, CV_16UC1,
+     [](const cv::Mat& s, cv::Mat& t) { s.convertTo(t, CV_8U, 1.0 / 256); }},
+    // Packed camera formats OpenCV does not read, and 16-bit Bayer to 8 bits, which
+    // OpenCV demosaics only to 16 bits: measured against memcpy only.
     {"Mono12p_Mono8", PixelType_Mono12p, PixelType_Mono8, CV_8UC1, nullptr},
+    {"Mono12p_Mono16", PixelType_Mono12p, PixelType_Mono16, CV_8UC1, nullptr},
+    {"Mono10p_Mono8", PixelType_Mono10p, PixelType_Mono8, CV_8UC1, nullptr},
+    {"Mono10p_Mono16", PixelType_Mono10p, PixelType_Mono16, CV_8UC1, nullptr},
+    {"Mono12Packed_Mono8", PixelType_Mono12Packed, PixelType_Mono8, CV_8UC1, nullptr},
+    {"Mono12Packed_Mono16", PixelType_Mono12Packed, PixelType_Mono16, CV_8UC1, nullptr},
+    {"Mono10Packed_Mono16", PixelType_Mono10Packed, PixelType_Mono16, CV_8UC1, nullptr},
+    {"Mono1p_Mono8", PixelType_Mono1p, PixelType_Mono8, CV_8UC1, nullptr},
+    {"Mono2p_Mono8", PixelType_Mono2p, PixelType_Mono8, CV_8UC1, nullptr},
+    {"Mono4p_Mono8", PixelType_Mono4p, PixelType_Mono8, CV_8UC1, nullptr},
+    {"BayerRG12p_BGRA8", PixelType_BayerRG12p, PixelType_BGRa8, CV_8UC1, nullptr},
+    {"BayerRG10p_BGRA8", PixelType_BayerRG10p, PixelType_BGRa8, CV_8UC1, nullptr},
+    {"BayerRG12Packed_BGRA8", PixelType_BayerRG12Packed, PixelType_BGRa8, CV_8UC1, nullptr},
+    {"BayerRG10_BGRA8", PixelType_BayerRG10, PixelType_BGRa8, CV_16UC1, nullptr},
+    {"BayerRG12_BGRA8", PixelType_BayerRG12, PixelType_BGRa8, CV_16UC1, nullptr},
+    {"BayerRG16_BGRA8", PixelType_BayerRG16, PixelType_BGRa8, CV_16UC1, nullptr},
 };
 
 struct Size
@@ -52,7 +68,7 @@ struct Size
 const Size kSizes[] = {{1920, 1200}, {4096, 3000}};
 
 // A seeded source image, as many bytes as the source type needs; 12-bit samples
-// for the 16-bit sources.
+// for the 16-bit sources (a 10-bit source clamps them, at the same speed).
 cv::Mat MakeSource(const Pair& pair, const Size& size)
 {
     const size_t rowBytes = ComputeBufferSize(pair.source, size.width, 1, 0);

@@ -1,6 +1,7 @@
 #include "ConversionEngine.h"
 
 #include "BayerDemosaic.h"
+#include "PackedRowKernels.h"
 #include "RowPacker.h"
 #include "RowUnpacker.h"
 #include "SimdRowKernels.h"
@@ -23,6 +24,9 @@ enum class RowPath
     Copy,
     Mono8ToBgra8,
     Mono16ToMono8,
+    PackedToMono8,
+    PackedToMono16,
+    PackedBitsToMono8,
     Rgb8ToBgra8,
     Rgba8ToBgra8,
     Yuv422ToBgra8,
@@ -54,6 +58,14 @@ RowPath ChooseRowPath(const SourceImage& source, TargetKind target)
     {
         return RowPath::Mono16ToMono8;
     }
+    if (mono && HasPackedRowKernel(format) && IsMonoTarget(target))
+    {
+        return target == TargetKind::Mono8 ? RowPath::PackedToMono8 : RowPath::PackedToMono16;
+    }
+    if (mono && format.packing == PixelPacking::LsbStream && format.depth <= 4 && target == TargetKind::Mono8)
+    {
+        return RowPath::PackedBitsToMono8;
+    }
     if (target == TargetKind::BGRa8)
     {
         if (mono && IsPlain(format) && format.depth == 8)
@@ -66,8 +78,7 @@ RowPath ChooseRowPath(const SourceImage& source, TargetKind target)
         {
             if (IsPlain(format) && format.depth == 8)
                 return RowPath::Bayer8ToBgra8;
-            // Four samples of up to 14 bits add up within the kernel's 16-bit lanes.
-            if (format.depth > 8 && format.depth <= 14)
+            if (format.depth > 8)
                 return RowPath::Bayer16ToBgra8;
         }
     }
@@ -157,6 +168,15 @@ private:
         case RowPath::Mono16ToMono8:
             Mono16RowToMono8(source.Row(y), out, width, format.depth, m_streamOutput);
             return;
+        case RowPath::PackedToMono8:
+            PackedRowToMono8(source.Row(y), out, width, format, m_streamOutput);
+            return;
+        case RowPath::PackedToMono16:
+            PackedRowToWords(source.Row(y), out, width, format, msbAligned, m_streamOutput);
+            return;
+        case RowPath::PackedBitsToMono8:
+            PackedBitsRowToMono8(source.Row(y), out, width, format, msbAligned);
+            return;
         case RowPath::Rgb8ToBgra8:
             Rgb8RowToBgra8(source.Row(y), out, width, format.blueFirst, m_streamOutput);
             return;
@@ -168,11 +188,11 @@ private:
             return;
         case RowPath::Bayer8ToBgra8:
             Bayer8RowToBgra8(source.Row(Above(y)), source.Row(y), source.Row(Below(y)), out, width,
-                             BayerRowKindOf(format.phase, y));
+                             BayerRowKindOf(format.phase, y), m_streamOutput);
             return;
         case RowPath::Bayer16ToBgra8:
             Bayer16RowToBgra8(UnpackedBayerRow(Above(y)), UnpackedBayerRow(y), UnpackedBayerRow(Below(y)),
-                              out, width, BayerRowKindOf(format.phase, y), format.depth);
+                              out, width, BayerRowKindOf(format.phase, y), format.depth, m_streamOutput);
             return;
         case RowPath::GenericMono:
             UnpackMonoRow(source, y, m_samples.data());

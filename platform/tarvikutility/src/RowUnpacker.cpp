@@ -1,6 +1,8 @@
 #include "RowUnpacker.h"
 
+#include "PackedRowKernels.h"
 #include "SampleMath.h"
+
 #include <algorithm>
 
 #include <cstring>
@@ -134,6 +136,29 @@ YuvSample YuvSampleAt(const uint8_t* row, uint32_t width, YuvLayout layout, uint
     return {row[3 * x + 1], row[3 * x], row[3 * x + 2]};
 }
 
+void UnpackPackedSamples(const uint8_t* row, uint32_t count, const SourceFormat& format, uint16_t* out)
+{
+    if (format.packing == PixelPacking::GroupedMsb)
+    {
+        UnpackGroupedMsb(row, count, format.depth, out);
+        return;
+    }
+    if (format.depth == 12)
+    {
+        UnpackLsb12(row, count, out);
+        return;
+    }
+    if (format.depth == 10)
+    {
+        UnpackLsb10(row, count, out);
+        return;
+    }
+    for (uint32_t x = 0; x < count; ++x)
+    {
+        out[x] = LsbStreamSample(row, x, format.depth);
+    }
+}
+
 void UnpackMonoRow(const SourceImage& source, uint32_t y, uint16_t* out)
 {
     const SourceFormat& format = source.format;
@@ -156,26 +181,18 @@ void UnpackMonoRow(const SourceImage& source, uint32_t y, uint16_t* out)
         }
         else
         {
-            UnpackWords(row, width, format.depth, out);
+            ClampedWordsRow(row, out, width, format.depth);
         }
         return;
     case PixelPacking::GroupedMsb:
-        UnpackGroupedMsb(row, width, format.depth, out);
-        return;
     case PixelPacking::LsbStream:
-        if (format.depth == 12)
+        if (HasPackedRowKernel(format))
         {
-            UnpackLsb12(row, width, out);
-            return;
+            PackedRowToWords(row, reinterpret_cast<uint8_t*>(out), width, format, false, false);
         }
-        if (format.depth == 10)
+        else
         {
-            UnpackLsb10(row, width, out);
-            return;
-        }
-        for (uint32_t x = 0; x < width; ++x)
-        {
-            out[x] = LsbStreamSample(row, x, format.depth);
+            UnpackPackedSamples(row, width, format, out);
         }
         return;
     case PixelPacking::Packed565:

@@ -13,6 +13,10 @@ namespace Tarvik::Conversion
 // format's depth, clamped to its maximum.
 void UnpackMonoRow(const SourceImage& source, uint32_t y, uint16_t* out);
 
+// `count` samples of a packed mono or Bayer row (a bit stream or pairs in three
+// bytes) from its start, which must be the start of a group of samples.
+void UnpackPackedSamples(const uint8_t* row, uint32_t count, const SourceFormat& format, uint16_t* out);
+
 // Colour and YUV types. `out` holds 3 * width samples, red, green, blue, of the
 // depth ColorRowDepth gives.
 void UnpackColorRow(const SourceImage& source, uint32_t y, uint16_t* out);

@@ -331,31 +331,131 @@ hn::Vec<D> LoadSamples(D d16, const uint16_t* HWY_RESTRICT at)
     return hn::LoadU(d16, at);
 }
 
-// Bilinear demosaicing of one row of samples of `depth` bits, at most 14 so that
-// four samples add up within 16 bits, to their top 8 bits.
-template <typename Sample>
-void BayerRowToBgra8(const Sample* HWY_RESTRICT above, const Sample* HWY_RESTRICT row,
-                     const Sample* HWY_RESTRICT below, uint8_t* HWY_RESTRICT target, uint32_t width,
-                     BayerRowKind kind, uint32_t depth)
+// Rounded mean of four samples, (a + b + c + d + 2) >> 2. Samples of up to 14
+// bits add up within 16-bit lanes; wider ones are split into their quarters and
+// the two low bits, whose sum cannot carry past the lane either.
+template <bool kWide, class V>
+V MeanOfFour(V a, V b, V c, V d)
+{
+    const auto two = hn::Set(hn::DFromV<V>(), 2);
+    if constexpr (kWide)
+    {
+        const auto three = hn::Set(hn::DFromV<V>(), 3);
+        const auto quarters = hn::Add(hn::Add(hn::ShiftRight<2>(a), hn::ShiftRight<2>(b)),
+                                      hn::Add(hn::ShiftRight<2>(c), hn::ShiftRight<2>(d)));
+        const auto lowBits = hn::Add(hn::Add(hn::And(a, three), hn::And(b, three)),
+                                     hn::Add(hn::And(c, three), hn::And(d, three)));
+        return hn::Add(quarters, hn::ShiftRight<2>(hn::Add(lowBits, two)));
+    }
+    else
+    {
+        return hn::ShiftRight<2>(hn::Add(hn::Add(hn::Add(a, b), hn::Add(c, d)), two));
+    }
+}
+
+#if HWY_TARGET != HWY_SCALAR
+// The vector part of a row: gives the first column it left to the scalar tail.
+// Column 0 mirrors its left neighbour and 1 is done by the caller.
+template <bool kWide, typename Sample>
+size_t BayerRowToBgra8Vectors(const Sample* HWY_RESTRICT above, const Sample* HWY_RESTRICT row,
+                              const Sample* HWY_RESTRICT below, uint8_t* HWY_RESTRICT target, uint32_t width,
+                              BayerRowKind kind, uint32_t depth, bool stream)
 {
     const hn::ScalableTag<uint16_t> d16;
-    const hn::Rebind<int16_t, decltype(d16)> di16;
-    const hn::Rebind<uint8_t, decltype(d16)> d8;
+    const hn::Half<decltype(d16)> dHalf;
+    const hn::Repartition<uint32_t, decltype(d16)> d32;
+    const hn::Repartition<uint8_t, decltype(d16)> d8;
     const size_t lanes = hn::Lanes(d16);
     const int shift = static_cast<int>(depth - 8);
     const auto load = [&](const Sample* at) { return LoadSamples(d16, at); };
-    const auto toBytes = [&](hn::Vec<decltype(d16)> samples)
-    { return hn::DemoteTo(d8, hn::BitCast(di16, hn::ShiftRightSame(samples, shift))); };
     const auto one = hn::Set(d16, 1);
-    const auto two = hn::Set(d16, 2);
-    const auto alpha = hn::Set(d8, 255);
-    // Which lanes hold red or blue samples, for vectors starting on an even or an
-    // odd column (odd starts happen only with single-lane vectors).
+    const auto alpha = hn::Set(d16, 0xFF00);
+    // Which lanes hold red or blue samples, for vectors starting on an even or an odd column.
     const auto columnParity = hn::And(hn::Iota(d16, 0), one);
     const auto colourParity = hn::Set(d16, static_cast<uint16_t>(kind.colourParity));
     const auto colourSiteFromEven = hn::Eq(columnParity, colourParity);
     const auto colourSiteFromOdd = hn::Not(colourSiteFromEven);
 
+    const auto pixels = [&](size_t x, auto nonTemporal)
+    {
+        const auto centre = load(row + x);
+        const auto left = load(row + x - 1);
+        const auto right = load(row + x + 1);
+        const auto up = load(above + x);
+        const auto down = load(below + x);
+        // (a + b + 1) >> 1 without a carry out of the lane.
+        const auto meanHorizontal = hn::AverageRound(left, right);
+        const auto meanVertical = hn::AverageRound(up, down);
+        const auto meanCross = MeanOfFour<kWide>(left, right, up, down);
+        const auto meanDiagonal = MeanOfFour<kWide>(load(above + x - 1), load(above + x + 1),
+                                                    load(below + x - 1), load(below + x + 1));
+
+        const auto colourSite = (x & 1u) == 0 ? colourSiteFromEven : colourSiteFromOdd;
+        const auto own = hn::IfThenElse(colourSite, centre, meanHorizontal);
+        const auto green = hn::ShiftRightSame(hn::IfThenElse(colourSite, meanCross, centre), shift);
+        const auto other = hn::IfThenElse(colourSite, meanDiagonal, meanVertical);
+        const auto red = hn::ShiftRightSame(kind.redRow ? own : other, shift);
+        const auto blue = hn::ShiftRightSame(kind.redRow ? other : own, shift);
+        // Blue and green, red and alpha as 16-bit halves of each pixel's 32 bits,
+        // widened half a vector at a time so that the pixels stay in order.
+        const auto blueGreen = hn::Or(blue, hn::ShiftLeft<8>(green));
+        const auto redAlpha = hn::Or(red, alpha);
+        const auto widen = [&](auto low, auto high) {
+            return hn::BitCast(d8,
+                               hn::Or(hn::PromoteTo(d32, low), hn::ShiftLeft<16>(hn::PromoteTo(d32, high))));
+        };
+        const auto first = widen(hn::LowerHalf(dHalf, blueGreen), hn::LowerHalf(dHalf, redAlpha));
+        const auto second = widen(hn::UpperHalf(dHalf, blueGreen), hn::UpperHalf(dHalf, redAlpha));
+        uint8_t* const at = target + 4 * x;
+        if constexpr (decltype(nonTemporal)::value)
+        {
+            hn::Stream(first, d8, at);
+            hn::Stream(second, d8, at + 2 * lanes);
+        }
+        else
+        {
+            hn::StoreU(first, d8, at);
+            hn::StoreU(second, d8, at + 2 * lanes);
+        }
+    };
+
+    size_t x = 2;
+    if (x + lanes + 1 > width)
+        return x;
+    // Streaming stores need the vector's alignment, which pixels of 4 bytes reach
+    // only from a target on a 4-byte boundary: one ordinary vector, then vectors
+    // from the first aligned column on.
+    const size_t storeBytes = 2 * lanes;
+    const uintptr_t address = reinterpret_cast<uintptr_t>(target);
+    if (stream && address % 4 == 0)
+    {
+        pixels(x, std::false_type{});
+        const size_t aligned = (storeBytes - (address + 4 * x) % storeBytes) % storeBytes / 4;
+        for (x += aligned == 0 ? lanes : aligned; x + lanes + 1 <= width; x += lanes)
+            pixels(x, std::true_type{});
+        return x;
+    }
+    for (; x + lanes + 1 <= width; x += lanes)
+        pixels(x, std::false_type{});
+    return x;
+}
+#else
+// A single lane cannot be widened by halves: the scalar tail does the whole row.
+template <bool kWide, typename Sample>
+size_t BayerRowToBgra8Vectors(const Sample*, const Sample*, const Sample*, uint8_t*, uint32_t, BayerRowKind,
+                              uint32_t, bool)
+{
+    return 2;
+}
+#endif
+
+// Bilinear demosaicing of one row of samples of `depth` bits to their top 8 bits.
+template <bool kWide, typename Sample>
+void BayerRowToBgra8(const Sample* HWY_RESTRICT above, const Sample* HWY_RESTRICT row,
+                     const Sample* HWY_RESTRICT below, uint8_t* HWY_RESTRICT target, uint32_t width,
+                     BayerRowKind kind, uint32_t depth, bool stream)
+{
+    const uint32_t shift = depth - 8;
     const auto scalarPixels = [&](uint32_t from, uint32_t to)
     {
         for (uint32_t x = from; x < to; ++x)
@@ -364,45 +464,27 @@ void BayerRowToBgra8(const Sample* HWY_RESTRICT above, const Sample* HWY_RESTRIC
             StoreBgra(target, x, pixel.red >> shift, pixel.green >> shift, pixel.blue >> shift);
         }
     };
-
     // Column 0 mirrors its left neighbour; column 1 keeps the vectors on even columns.
     scalarPixels(0, std::min<uint32_t>(2, width));
-    size_t x = 2;
-    for (; x + lanes + 1 <= width; x += lanes)
-    {
-        const auto centre = load(row + x);
-        const auto horizontal = hn::Add(load(row + x - 1), load(row + x + 1));
-        const auto vertical = hn::Add(load(above + x), load(below + x));
-        const auto diagonal = hn::Add(hn::Add(load(above + x - 1), load(above + x + 1)),
-                                      hn::Add(load(below + x - 1), load(below + x + 1)));
-        const auto meanHorizontal = hn::ShiftRight<1>(hn::Add(horizontal, one));
-        const auto meanVertical = hn::ShiftRight<1>(hn::Add(vertical, one));
-        const auto meanCross = hn::ShiftRight<2>(hn::Add(hn::Add(horizontal, vertical), two));
-        const auto meanDiagonal = hn::ShiftRight<2>(hn::Add(diagonal, two));
-
-        const auto colourSite = (x & 1u) == 0 ? colourSiteFromEven : colourSiteFromOdd;
-        const auto own = hn::IfThenElse(colourSite, centre, meanHorizontal);
-        const auto green = hn::IfThenElse(colourSite, meanCross, centre);
-        const auto other = hn::IfThenElse(colourSite, meanDiagonal, meanVertical);
-        const auto red = toBytes(kind.redRow ? own : other);
-        const auto blue = toBytes(kind.redRow ? other : own);
-        hn::StoreInterleaved4(blue, toBytes(green), red, alpha, d8, target + 4 * x);
-    }
-    scalarPixels(static_cast<uint32_t>(std::max<size_t>(x, 2)), width);
+    const size_t x = BayerRowToBgra8Vectors<kWide>(above, row, below, target, width, kind, depth, stream);
+    scalarPixels(static_cast<uint32_t>(x), width);
 }
 
 void Bayer8RowToBgra8Impl(const uint8_t* HWY_RESTRICT above, const uint8_t* HWY_RESTRICT row,
                           const uint8_t* HWY_RESTRICT below, uint8_t* HWY_RESTRICT target, uint32_t width,
-                          BayerRowKind kind)
+                          BayerRowKind kind, bool stream)
 {
-    BayerRowToBgra8(above, row, below, target, width, kind, 8);
+    BayerRowToBgra8<false>(above, row, below, target, width, kind, 8, stream);
 }
 
 void Bayer16RowToBgra8Impl(const uint16_t* HWY_RESTRICT above, const uint16_t* HWY_RESTRICT row,
                            const uint16_t* HWY_RESTRICT below, uint8_t* HWY_RESTRICT target, uint32_t width,
-                           BayerRowKind kind, uint32_t depth)
+                           BayerRowKind kind, uint32_t depth, bool stream)
 {
-    BayerRowToBgra8(above, row, below, target, width, kind, depth);
+    if (depth > 14)
+        BayerRowToBgra8<true>(above, row, below, target, width, kind, depth, stream);
+    else
+        BayerRowToBgra8<false>(above, row, below, target, width, kind, depth, stream);
 }
 
 } // namespace Tarvik::Conversion::HWY_NAMESPACE
@@ -446,15 +528,15 @@ void Yuv422RowToBgra8(const uint8_t* source, uint8_t* target, uint32_t width, bo
 }
 
 void Bayer8RowToBgra8(const uint8_t* above, const uint8_t* row, const uint8_t* below, uint8_t* target,
-                      uint32_t width, BayerRowKind kind)
+                      uint32_t width, BayerRowKind kind, bool stream)
 {
-    HWY_DYNAMIC_DISPATCH(Bayer8RowToBgra8Impl)(above, row, below, target, width, kind);
+    HWY_DYNAMIC_DISPATCH(Bayer8RowToBgra8Impl)(above, row, below, target, width, kind, stream);
 }
 
 void Bayer16RowToBgra8(const uint16_t* above, const uint16_t* row, const uint16_t* below, uint8_t* target,
-                       uint32_t width, BayerRowKind kind, uint32_t depth)
+                       uint32_t width, BayerRowKind kind, uint32_t depth, bool stream)
 {
-    HWY_DYNAMIC_DISPATCH(Bayer16RowToBgra8Impl)(above, row, below, target, width, kind, depth);
+    HWY_DYNAMIC_DISPATCH(Bayer16RowToBgra8Impl)(above, row, below, target, width, kind, depth, stream);
 }
 
 } // namespace Tarvik::Conversion

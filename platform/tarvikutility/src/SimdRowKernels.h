@@ -29,10 +29,10 @@ void Yuv422RowToBgra8(const uint8_t* source, uint8_t* target, uint32_t width, bo
 // One row of an 8-bit Bayer image at least two pixels wide, with its neighbour
 // rows above and below (mirrored at the image border by the caller).
 void Bayer8RowToBgra8(const uint8_t* above, const uint8_t* row, const uint8_t* below, uint8_t* target,
-                      uint32_t width, BayerRowKind kind);
+                      uint32_t width, BayerRowKind kind, bool stream);
 
-// The same for rows of unpacked samples of 9 to 14 bits, to their top 8 bits.
+// The same for rows of unpacked samples of 9 to 16 bits, to their top 8 bits.
 void Bayer16RowToBgra8(const uint16_t* above, const uint16_t* row, const uint16_t* below, uint8_t* target,
-                       uint32_t width, BayerRowKind kind, uint32_t depth);
+                       uint32_t width, BayerRowKind kind, uint32_t depth, bool stream);
 
 } // namespace Tarvik::Conversion
