@@ -1,41 +1,17 @@
 #include <TarvikDataProcessingCore/core/AdvancedNode.h>
 #include <TarvikDataProcessingCore/core/AlignedBufferProvider.h>
-
-#include <atomic>
+#include <TarvikDataProcessingCore/core/GraphUpdate.h>
 
 namespace Tarvik::DataProcessing::Core
 {
 
-IGraphUpdate::~IGraphUpdate() = default;
-IUpdateFactory::~IUpdateFactory() = default;
+IJobQueue::~IJobQueue() = default;
 
 namespace
 {
 
-class GraphUpdate final : public IGraphUpdate
-{
-public:
-    explicit GraphUpdate(std::vector<std::shared_ptr<IGraphUpdate>> parents)
-        : m_id(nextId().fetch_add(1, std::memory_order_relaxed))
-        , m_parents(std::move(parents))
-    {
-    }
-    uint64_t getId() const override { return m_id; }
-    const std::vector<std::shared_ptr<IGraphUpdate>>& getParents() const override { return m_parents; }
-
-private:
-    static std::atomic<uint64_t>& nextId()
-    {
-        static std::atomic<uint64_t> id{1};
-        return id;
-    }
-
-    uint64_t m_id;
-    std::vector<std::shared_ptr<IGraphUpdate>> m_parents;
-};
-
 // Gives updates only to running nodes: a stopped node has nowhere to deliver.
-class UpdateFactory final : public IUpdateFactory
+class RunningNodeUpdateFactory final : public IUpdateFactory
 {
 public:
     std::shared_ptr<IGraphUpdate> createUpdate(INode* node,
@@ -48,11 +24,20 @@ public:
     }
 };
 
+std::shared_ptr<IUpdateFactory> updateFactoryOf(const std::shared_ptr<IResourcePool>& pool)
+{
+    if (pool)
+        if (std::shared_ptr<IUpdateFactory> factory = pool->getUpdateFactory())
+            return factory;
+    return std::make_shared<RunningNodeUpdateFactory>();
+}
+
 } // namespace
 
 AdvancedNode::AdvancedNode(const std::shared_ptr<IResourcePool>& resourcePool)
     : m_resourcePool(resourcePool)
-    , m_updateFactory(std::make_shared<UpdateFactory>())
+    , m_updateFactory(updateFactoryOf(resourcePool))
+    , m_jobQueue(resourcePool ? resourcePool->getJobQueue() : nullptr)
 {
 }
 
@@ -75,6 +60,8 @@ std::shared_ptr<IBufferProvider> AdvancedNode::getBufferProvider() const
 bool AdvancedNode::createJob(const std::shared_ptr<IGraphUpdate>& update, const ValueMap& values,
                              const std::function<void()>& function)
 {
+    if (m_jobQueue)
+        return m_jobQueue->createJob(*this, update, values, function);
     if (getState() != NodeState::Running)
         return false;
     if (function)
@@ -84,6 +71,8 @@ bool AdvancedNode::createJob(const std::shared_ptr<IGraphUpdate>& update, const 
 
 bool AdvancedNode::waitUntilSpaceAvailable()
 {
+    if (m_jobQueue)
+        return m_jobQueue->waitUntilSpaceAvailable(*this);
     // Deliveries go straight to the sink: there is room whenever the node runs.
     return getState() == NodeState::Running;
 }

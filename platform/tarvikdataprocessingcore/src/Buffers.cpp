@@ -61,14 +61,37 @@ std::shared_ptr<IBuffer> AlignedBufferProvider::allocate(size_t size)
     }
 }
 
-ResourcePool::ResourcePool(std::shared_ptr<IBufferProvider> provider)
+std::shared_ptr<IUpdateFactory> IResourcePool::getUpdateFactory()
+{
+    return nullptr;
+}
+
+std::shared_ptr<IJobQueue> IResourcePool::getJobQueue()
+{
+    return nullptr;
+}
+
+ResourcePool::ResourcePool(std::shared_ptr<IBufferProvider> provider,
+                           std::shared_ptr<IUpdateFactory> updateFactory, std::shared_ptr<IJobQueue> jobQueue)
     : m_provider(provider ? std::move(provider) : std::make_shared<AlignedBufferProvider>())
+    , m_updateFactory(std::move(updateFactory))
+    , m_jobQueue(std::move(jobQueue))
 {
 }
 ResourcePool::~ResourcePool() = default;
 std::shared_ptr<IBufferProvider> ResourcePool::getBufferProvider()
 {
     return m_provider;
+}
+
+std::shared_ptr<IUpdateFactory> ResourcePool::getUpdateFactory()
+{
+    return m_updateFactory;
+}
+
+std::shared_ptr<IJobQueue> ResourcePool::getJobQueue()
+{
+    return m_jobQueue;
 }
 
 } // namespace Tarvik::DataProcessing::Core
