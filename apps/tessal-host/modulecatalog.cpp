@@ -74,7 +74,8 @@ std::vector<std::string> ModuleCatalog::moduleNames() const
     return names;
 }
 
-std::shared_ptr<Core::INode> ModuleCatalog::create(const GraphDescription::Node& node) const
+std::shared_ptr<Core::INode> ModuleCatalog::create(const GraphDescription::Node& node,
+                                                   const std::shared_ptr<Core::IResourcePool>& pool) const
 {
     if (!offers(node.module))
     {
@@ -84,7 +85,6 @@ std::shared_ptr<Core::INode> ModuleCatalog::create(const GraphDescription::Node&
         throw GraphFileError("node '" + node.name + "': unknown module \"" + node.module +
                              "\" (known: " + known + ")");
     }
-    const auto pool = std::make_shared<Core::ResourcePool>();
     try
     {
         if (node.module == cameraModule)
@@ -112,7 +112,7 @@ void ModuleCatalog::build(Core::Graph& graph, const GraphDescription& descriptio
     try
     {
         for (const GraphDescription::Node& node : description.nodes)
-            graph.addNode(node.name, create(node));
+            graph.addNode(node.name, create(node, graph.resourcePool()));
         for (const GraphDescription::Edge& edge : description.edges)
             graph.connect(edge.from, edge.to);
         graph.build();

@@ -32,9 +32,11 @@ public:
     bool offers(const std::string& module) const;
     std::vector<std::string> moduleNames() const;
 
-    // A node of the description's module with its settings loaded; raises
-    // GraphFileError naming the node for an unknown module or bad settings.
-    std::shared_ptr<Tarvik::DataProcessing::Core::INode> create(const GraphDescription::Node& node) const;
+    // A node of the description's module with its settings loaded, made with
+    // `pool`; raises GraphFileError naming the node for an unknown module or bad settings.
+    std::shared_ptr<Tarvik::DataProcessing::Core::INode>
+    create(const GraphDescription::Node& node,
+           const std::shared_ptr<Tarvik::DataProcessing::Core::IResourcePool>& pool) const;
 
     // Adds every node and edge of `description` to `graph` and builds it; raises
     // GraphFileError with the graph's message when an edge is refused.

@@ -1,3 +1,5 @@
+#include <TarvikDataProcessingCore/core/GraphUpdate.h>
+#include <TarvikDataProcessingCore/core/IJobQueue.h>
 #include <TarvikDataProcessingCore/core/Image.h>
 #include <TarvikDataProcessingCore/core/ScalarValues.h>
 #include <TarvikDataProcessingCore/graph/Graph.h>
@@ -5,6 +7,9 @@
 
 #include <algorithm>
 #include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
 #include <set>
 
 namespace Tarvik::DataProcessing::Core
@@ -18,24 +23,74 @@ struct Graph::Entry
     bool isSource = false;
 };
 
-namespace
-{
-
-const std::vector<std::shared_ptr<IGraphUpdate>> noParents;
-
-class RootUpdate final : public IGraphUpdate
+// The deliveries of the nodes, from any thread, until the graph's thread runs them.
+// It outlives the graph in nodes that keep their pool: it refers to no graph.
+class Graph::JobQueue final : public IJobQueue
 {
 public:
-    explicit RootUpdate(uint64_t id)
-        : m_id(id)
+    struct Job
     {
+        const INode* node;
+        std::shared_ptr<IGraphUpdate> update;
+        ValueMap outputs;
+    };
+
+    bool createJob(INode& node, const std::shared_ptr<IGraphUpdate>& update, const ValueMap& values,
+                   const std::function<void()>& function) override
+    {
+        if (function)
+            function();
+        push(node, update, values);
+        return true;
     }
-    uint64_t getId() const override { return m_id; }
-    const std::vector<std::shared_ptr<IGraphUpdate>>& getParents() const override { return noParents; }
+
+    bool waitUntilSpaceAvailable(INode&) override
+    {
+        std::unique_lock guard(m_mutex);
+        m_changed.wait(guard, [&] { return !m_accepting || m_jobs.size() < deliveryQueueDepth; });
+        return m_accepting;
+    }
+
+    void push(const INode& node, const std::shared_ptr<IGraphUpdate>& update, const ValueMap& values)
+    {
+        {
+            std::lock_guard guard(m_mutex);
+            m_jobs.push_back({&node, update, values});
+        }
+        m_changed.notify_all();
+    }
+
+    bool pop(Job& job)
+    {
+        {
+            std::lock_guard guard(m_mutex);
+            if (m_jobs.empty())
+                return false;
+            job = std::move(m_jobs.front());
+            m_jobs.pop_front();
+        }
+        m_changed.notify_all();
+        return true;
+    }
+
+    void setAccepting(bool accepting)
+    {
+        {
+            std::lock_guard guard(m_mutex);
+            m_accepting = accepting;
+        }
+        m_changed.notify_all();
+    }
 
 private:
-    uint64_t m_id;
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::deque<Job> m_jobs;
+    bool m_accepting = false;
 };
+
+namespace
+{
 
 const PinDescriptor* findPin(const std::vector<PinDescriptor>& pins, const GenICam::gcstring& name)
 {
@@ -105,7 +160,11 @@ int graphCategory()
 
 } // namespace
 
-Graph::Graph() = default;
+Graph::Graph()
+    : m_jobs(std::make_shared<JobQueue>())
+    , m_resourcePool(std::make_shared<ResourcePool>(nullptr, nullptr, m_jobs))
+{
+}
 
 Graph::~Graph()
 {
@@ -166,9 +225,9 @@ void Graph::build()
     for (size_t i = 0; i < m_nodes.size(); ++i)
     {
         m_nodes[i].isSource = m_nodes[i].node->getInputDescriptors().empty();
-        m_nodes[i].node->attachOutputSink(
-            [this, i](const std::shared_ptr<IGraphUpdate>& update, const ValueMap& outputs)
-            { enqueue(i, update, outputs); });
+        INode& node = *m_nodes[i].node;
+        node.attachOutputSink([jobs = m_jobs, &node](const std::shared_ptr<IGraphUpdate>& update,
+                                                     const ValueMap& outputs) { jobs->push(node, update, outputs); });
     }
     m_built = true;
 }
@@ -233,10 +292,7 @@ void Graph::start(const NodeArgumentCollection& arguments)
         build();
     if (m_running)
         return;
-    {
-        std::lock_guard guard(m_queueMutex);
-        m_accepting = true;
-    }
+    m_jobs->setAccepting(true);
     for (auto it = m_order.rbegin(); it != m_order.rend(); ++it)
         m_nodes[*it].node->start(arguments);
     m_running = true;
@@ -247,12 +303,8 @@ void Graph::stop()
     if (!m_running)
         return;
     drain();
-    {
-        // A node that waits for room must not block its own stop.
-        std::lock_guard guard(m_queueMutex);
-        m_accepting = false;
-    }
-    m_queueChanged.notify_all();
+    // A node that waits for room must not block its own stop.
+    m_jobs->setAccepting(false);
     for (const size_t index : m_order)
     {
         m_nodes[index].node->stop();
@@ -261,37 +313,18 @@ void Graph::stop()
     m_running = false;
 }
 
-void Graph::enqueue(size_t node, const std::shared_ptr<IGraphUpdate>& update, const ValueMap& outputs)
-{
-    {
-        std::lock_guard guard(m_queueMutex);
-        m_queue.push_back({node, update, outputs});
-    }
-    m_queueChanged.notify_all();
-}
-
-bool Graph::waitForSpace()
-{
-    std::unique_lock guard(m_queueMutex);
-    m_queueChanged.wait(guard, [&] { return !m_accepting || m_queue.size() < deliveryQueueDepth; });
-    return m_accepting;
-}
-
 void Graph::drain()
 {
-    for (;;)
+    JobQueue::Job job;
+    while (m_jobs->pop(job))
     {
-        Delivery delivery;
-        {
-            std::lock_guard guard(m_queueMutex);
-            if (m_queue.empty())
-                break;
-            delivery = std::move(m_queue.front());
-            m_queue.pop_front();
-        }
-        m_queueChanged.notify_all();
-        m_nodes[delivery.node].statistics.recordDelivery();
-        propagate(delivery.update, {{delivery.node, std::move(delivery.outputs)}}, false);
+        const auto entry = std::find_if(m_nodes.begin(), m_nodes.end(),
+                                        [&](const Entry& candidate) { return candidate.node.get() == job.node; });
+        if (entry == m_nodes.end())
+            continue;
+        entry->statistics.recordDelivery();
+        const auto index = static_cast<size_t>(entry - m_nodes.begin());
+        propagate(job.update, {{index, std::move(job.outputs)}}, false);
     }
 }
 
@@ -299,7 +332,7 @@ std::shared_ptr<IGraphUpdate> Graph::runUpdate()
 {
     if (!m_built)
         build();
-    auto update = std::make_shared<RootUpdate>(++m_updateCount);
+    auto update = std::make_shared<GraphUpdate>(std::vector<std::shared_ptr<IGraphUpdate>>{});
     propagate(update, {}, true);
     drain();
     return update;
@@ -365,7 +398,7 @@ void Graph::runNode(size_t index, const std::shared_ptr<IGraphUpdate>& update, V
         if (resultUpdate == update)
             outputs = std::move(values);
         else if (!values.empty())
-            enqueue(index, resultUpdate, values);
+            m_jobs->push(*entry.node, resultUpdate, values);
     }
     entry.statistics.recordRun(took.count(), !outputs.empty());
     std::set<const IError*> counted;

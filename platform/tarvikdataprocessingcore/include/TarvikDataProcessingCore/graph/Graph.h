@@ -15,23 +15,25 @@
 // node's output pins a value in error state instead; a value that carries an
 // error goes downstream like any other. Nothing stops the graph.
 //
-// Deliveries on updates of a node's own (a Decoupler's jobs) are queued from any
+// Deliveries on updates of a node's own (a Decoupler's jobs) come through the job
+// queue of resourcePool(), which the nodes of a graph are made with, or through
+// the output sink of a node made with another pool. They are queued from any
 // thread and run downstream on the graph's thread, by runUpdate() after its own
-// pass, by drain(), and while stop() stops the nodes in edge order.
+// pass, by drain(), and while stop() stops the nodes in edge order. A node that
+// waits for space waits while deliveryQueueDepth jobs are queued, and is told
+// not to deliver once the graph stops.
 //
 // Thread-safety: building, running, starting and stopping belong to one thread
-// (the graph's); only the delivery queue is shared with the nodes' threads.
+// (the graph's); only the job queue is shared with the nodes' threads.
 #pragma once
 
 #include <TarvikDataProcessingCore/core/INode.h>
+#include <TarvikDataProcessingCore/core/IResourcePool.h>
 #include <TarvikDataProcessingCore/graph/NodeStatistics.h>
 
-#include <condition_variable>
-#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
@@ -61,6 +63,9 @@ public:
     ~Graph();
     Graph(const Graph&) = delete;
     Graph& operator=(const Graph&) = delete;
+
+    // The pool to make this graph's nodes with: its job queue is the graph's.
+    const std::shared_ptr<IResourcePool>& resourcePool() const { return m_resourcePool; }
 
     // Raises GenICam::InvalidArgumentException for an empty or repeated name or a null node.
     void addNode(const std::string& name, std::shared_ptr<INode> node);
@@ -93,6 +98,7 @@ public:
 
 private:
     struct Entry;
+    class JobQueue;
     struct Edge
     {
         size_t from;
@@ -100,18 +106,9 @@ private:
         size_t to;
         GenICam::gcstring toPin;
     };
-    struct Delivery
-    {
-        size_t node;
-        std::shared_ptr<IGraphUpdate> update;
-        ValueMap outputs;
-    };
-
     size_t indexOf(const std::string& name) const;
     void checkEdge(const Edge& edge) const;
     void sortNodes();
-    void enqueue(size_t node, const std::shared_ptr<IGraphUpdate>& update, const ValueMap& outputs);
-    bool waitForSpace();
     // Runs the nodes downstream of the seeded outputs on `update`.
     void propagate(const std::shared_ptr<IGraphUpdate>& update, std::map<size_t, ValueMap> seeds,
                    bool runSources);
@@ -127,13 +124,9 @@ private:
     std::vector<size_t> m_order;
     bool m_built = false;
     bool m_running = false;
-    uint64_t m_updateCount = 0;
     Observer m_observer;
-
-    std::mutex m_queueMutex;
-    std::condition_variable m_queueChanged;
-    std::deque<Delivery> m_queue;
-    bool m_accepting = false;
+    std::shared_ptr<JobQueue> m_jobs;
+    std::shared_ptr<IResourcePool> m_resourcePool;
 };
 
 } // namespace Tarvik::DataProcessing::Core
