@@ -15,7 +15,7 @@ namespace
 const std::array<const char*, 6> nodeNames = {"Converter", "Decompressor",       "Decoupler",
                                               "Gate",      "HistogramExtractor", "SharpnessExtractor"};
 // The nodes whose factories the package holds so far; the others join as they are built.
-const std::set<std::string> builtNodes = {"Converter", "Gate", "HistogramExtractor"};
+const std::set<std::string> builtNodes = {"Converter", "Decompressor", "Gate", "HistogramExtractor"};
 
 std::set<std::string> allowedExports()
 {

@@ -3,6 +3,7 @@
 #include "exports.h"
 
 #include "converter.h"
+#include "decompressor.h"
 #include "gate.h"
 #include "histogramextractor.h"
 
@@ -37,6 +38,16 @@ extern "C"
     }
 
     TESSAL_EXPORT void destroy_Converter(TessalNode* node)
+    {
+        delete node;
+    }
+
+    TESSAL_EXPORT TessalNode* create_Decompressor(const TessalResourcePool& resourcePool)
+    {
+        return new Decompressor(resourcePool);
+    }
+
+    TESSAL_EXPORT void destroy_Decompressor(TessalNode* node)
     {
         delete node;
     }

@@ -1,0 +1,279 @@
+// The compressed frame format: images come back bit-exact, and every damaged or
+// mismatched frame is refused with a text that names the fault, before a byte
+// of the target is written out of place. Buffers are sized exactly, so the
+// sanitizer build sees any access beyond them.
+#include "CompressedFrameFormat.h"
+
+#include <GCBase/GCException.h>
+#include <TarvikUtility/ImageCompressor.h>
+#include <TarvikUtility/ImageDecompressor.h>
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <functional>
+#include <random>
+#include <string>
+
+using namespace Tarvik;
+
+namespace
+{
+
+// A camera-like image: a slow gradient with a little noise, padding included.
+std::vector<uint8_t> cameraImage(size_t size, uint32_t seed)
+{
+    std::mt19937 random(seed);
+    std::vector<uint8_t> bytes(size);
+    for (size_t i = 0; i < size; ++i)
+        bytes[i] = static_cast<uint8_t>(i / 97 + random() % 4);
+    return bytes;
+}
+
+struct Format
+{
+    EPixelType type;
+    uint32_t width;
+    uint32_t height;
+    size_t paddingX;
+    bool rowDelta;
+    uint32_t chunkSize;
+};
+
+class CompressedFrameRoundTrip : public ::testing::TestWithParam<Format>
+{
+};
+
+} // namespace
+
+TEST_P(CompressedFrameRoundTrip, GivesBackTheImageBitExact)
+{
+    const Format& f = GetParam();
+    const size_t size = ComputeBufferSize(f.type, f.width, f.height, f.paddingX);
+    const std::vector<uint8_t> image = cameraImage(size, f.width);
+    CImageCompressor compressor(1, f.rowDelta, f.chunkSize);
+    const std::vector<uint8_t> frame =
+        compressor.CompressImage(image.data(), size, f.type, f.width, f.height, f.paddingX);
+    EXPECT_LT(frame.size(), size) << "a smooth image should shrink";
+
+    CompressionInfo_t info;
+    ASSERT_TRUE(CImageDecompressor::GetCompressionInfo(info, frame.data(), frame.size(), 2));
+    EXPECT_TRUE(info.hasCompressedImage);
+    EXPECT_EQ(info.compressionStatus, 0u);
+    EXPECT_EQ(info.pixelType, f.type);
+    EXPECT_EQ(info.width, f.width);
+    EXPECT_EQ(info.height, f.height);
+    EXPECT_EQ(info.paddingX, f.paddingX);
+
+    const std::vector<uint8_t> descriptor = compressor.GetCompressionDescriptor();
+    CImageDecompressor decompressor(descriptor.data(), descriptor.size());
+    // A target larger than the image: the bytes after it stay as they were.
+    std::vector<uint8_t> target(size + 3, 0xA5);
+    size_t targetSize = target.size();
+    decompressor.DecompressImage(target.data(), targetSize, frame.data(), frame.size());
+    EXPECT_EQ(targetSize, size);
+    EXPECT_TRUE(std::equal(image.begin(), image.end(), target.begin()));
+    EXPECT_EQ(std::vector<uint8_t>(target.begin() + size, target.end()), std::vector<uint8_t>(3, 0xA5));
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, CompressedFrameRoundTrip,
+                         ::testing::Values(Format{PixelType_Mono8, 64, 48, 0, true, 128 * 1024},
+                                           // Chunks that end inside rows, and rows longer than a chunk.
+                                           Format{PixelType_Mono12, 100, 37, 0, true, 1000},
+                                           Format{PixelType_Mono12, 700, 3, 0, true, 1000},
+                                           Format{PixelType_BayerRG12p, 66, 20, 0, true, 333},
+                                           Format{PixelType_RGB8, 31, 17, 5, true, 128 * 1024},
+                                           Format{PixelType_RGB8, 31, 17, 5, false, 256}));
+
+namespace
+{
+
+struct Damage
+{
+    const char* what;
+    std::function<void(std::vector<uint8_t>& frame)> apply;
+    const char* messagePart;
+};
+
+void setField32(std::vector<uint8_t>& frame, size_t offset, uint32_t value)
+{
+    std::memcpy(frame.data() + offset, &value, sizeof value);
+}
+
+void setField64(std::vector<uint8_t>& frame, size_t offset, uint64_t value)
+{
+    std::memcpy(frame.data() + offset, &value, sizeof value);
+}
+
+// Rewrites the checksum, so that a damage behind it is found by its own check.
+void reseal(std::vector<uint8_t>& frame)
+{
+    uint64_t bodySize = 0;
+    std::memcpy(&bodySize, frame.data() + 40, sizeof bodySize);
+    setField64(frame, CompressedFrame::checksumOffset,
+               CompressedFrame::frameChecksum(
+                   frame.data(), frame.data() + CompressedFrame::headerSize,
+                   std::min<size_t>(bodySize, frame.size() - CompressedFrame::headerSize)));
+}
+
+class CompressedFrameDamage : public ::testing::TestWithParam<Damage>
+{
+};
+
+} // namespace
+
+TEST_P(CompressedFrameDamage, IsRefusedWithATextThatNamesTheFault)
+{
+    const size_t size = ComputeBufferSize(PixelType_Mono8, 40, 30, 0);
+    const std::vector<uint8_t> image = cameraImage(size, 3);
+    CImageCompressor compressor(1, true, 512);
+    std::vector<uint8_t> frame = compressor.CompressImage(image.data(), size, PixelType_Mono8, 40, 30, 0);
+    GetParam().apply(frame);
+
+    const std::vector<uint8_t> descriptor = compressor.GetCompressionDescriptor();
+    CImageDecompressor decompressor(descriptor.data(), descriptor.size());
+    std::vector<uint8_t> target(size);
+    size_t targetSize = target.size();
+    try
+    {
+        decompressor.DecompressImage(target.data(), targetSize, frame.data(), frame.size());
+        FAIL() << "accepted";
+    }
+    catch (const GenICam::GenericException& e)
+    {
+        EXPECT_NE(std::string(e.GetDescription()).find(GetParam().messagePart), std::string::npos)
+            << e.GetDescription();
+    }
+    EXPECT_EQ(targetSize, size);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Faults, CompressedFrameDamage,
+    ::testing::Values(
+        Damage{"magic", [](auto& f) { f[0] = 'X'; }, "the magic is missing"},
+        Damage{"header cut", [](auto& f) { f.resize(50); }, "ends inside its header of 56 bytes"},
+        Damage{"version", [](auto& f) { f[4] = 2; }, "version 2 is not supported"},
+        Damage{"status", [](auto& f) { f[6] = 3; }, "compression status 3"},
+        Damage{"codec", [](auto& f) { f[8] = 9; }, "does not match its descriptor"},
+        Damage{"filter", [](auto& f) { f[9] = 0; }, "does not match its descriptor"},
+        Damage{"chunk size", [](auto& f) { setField32(f, 12, 1024); }, "does not match its descriptor"},
+        Damage{"reserved", [](auto& f) { f[10] = 1; }, "reserved field"},
+        Damage{"pixel type", [](auto& f) { setField32(f, 16, 0x01080099); },
+               "undefined pixel type 0x01080099"},
+        Damage{"width", [](auto& f) { setField32(f, 20, 41); }, "its format needs 1230 bytes"},
+        Damage{"height", [](auto& f) { setField32(f, 24, 0x40000000); }, "its format needs"},
+        Damage{"padding", [](auto& f) { setField32(f, 28, 1); }, "its format needs 1230 bytes"},
+        Damage{"image size", [](auto& f) { setField64(f, 32, 1199); }, "an image of 1199 bytes"},
+        Damage{"body size", [](auto& f) { setField64(f, 40, f.size()); }, "is cut off"},
+        Damage{"body cut", [](auto& f) { f.pop_back(); }, "is cut off"},
+        Damage{"checksum", [](auto& f) { f[50] ^= 1; }, "checksum"},
+        Damage{"body byte", [](auto& f) { f[f.size() - 9] ^= 0x40; }, "checksum"},
+        Damage{"body short of the image",
+               [](auto& f)
+               {
+                   setField64(f, 40, f.size() - CompressedFrame::headerSize - 1);
+                   reseal(f);
+               },
+               "holds no valid chunk"},
+        Damage{"zstd damaged behind a good checksum",
+               [](auto& f)
+               {
+                   f[CompressedFrame::headerSize + 1] ^= 0xFF;
+                   reseal(f);
+               },
+               "Compressed frame"},
+        Damage{"bytes after the image",
+               [](auto& f)
+               {
+                   const uint8_t extra[] = {0x28, 0xB5, 0x2F, 0xFD};
+                   f.insert(f.end(), std::begin(extra), std::end(extra));
+                   setField64(f, 40, f.size() - CompressedFrame::headerSize);
+                   reseal(f);
+               },
+               "left after the image"}),
+    [](const auto& test)
+    {
+        std::string name = test.param.what;
+        std::replace_if(
+            name.begin(), name.end(), [](char c) { return !std::isalnum(static_cast<unsigned char>(c)); },
+            '_');
+        return name;
+    });
+
+TEST(CompressedFrame, RefusesATargetTooSmallAndWritesNothing)
+{
+    const std::vector<uint8_t> image = cameraImage(100, 1);
+    CImageCompressor compressor;
+    const std::vector<uint8_t> frame =
+        compressor.CompressImage(image.data(), 100, PixelType_Mono8, 10, 10, 0);
+    const std::vector<uint8_t> descriptor = compressor.GetCompressionDescriptor();
+    CImageDecompressor decompressor(descriptor.data(), descriptor.size());
+    std::vector<uint8_t> target(99, 7);
+    size_t targetSize = target.size();
+    EXPECT_THROW(decompressor.DecompressImage(target.data(), targetSize, frame.data(), frame.size()),
+                 GenICam::InvalidArgumentException);
+    EXPECT_EQ(target, std::vector<uint8_t>(99, 7));
+}
+
+TEST(CompressedFrame, InfoTellsFramesFromOtherBytesAndReportsUnreadableHeaders)
+{
+    CImageCompressor compressor;
+    const std::vector<uint8_t> empty = compressor.CompressImage(nullptr, 0, PixelType_Mono8, 0, 5, 0);
+    std::vector<uint8_t> newer = compressor.CompressImage(nullptr, 0, PixelType_Mono8, 0, 5, 0);
+    newer[4] = 2;
+    struct Case
+    {
+        std::vector<uint8_t> bytes;
+        bool recognised;
+        bool hasImage;
+        uint32_t status;
+    };
+    const Case cases[] = {
+        {{}, false, false, 0},
+        {{'T', 'V', 'C'}, false, false, 0},
+        {std::vector<uint8_t>(100, 0), false, false, 0},
+        {{'T', 'V', 'C', 'F', 1, 0}, true, true, CompressionStatus_HeaderIncomplete},
+        {newer, true, true, CompressionStatus_VersionNotSupported},
+        {empty, true, false, 0},
+    };
+    for (const Case& c : cases)
+    {
+        CompressionInfo_t info;
+        info.width = 99;
+        EXPECT_EQ(CImageDecompressor::GetCompressionInfo(info, c.bytes.data(), c.bytes.size(), 2),
+                  c.recognised);
+        EXPECT_EQ(info.hasCompressedImage, c.hasImage);
+        EXPECT_EQ(info.compressionStatus, c.status);
+        EXPECT_EQ(info.width, 0u);
+    }
+    CompressionInfo_t info;
+    EXPECT_THROW(CImageDecompressor::GetCompressionInfo(info, empty.data(), empty.size(), 1),
+                 GenICam::InvalidArgumentException);
+}
+
+TEST(CompressedFrame, DescriptorsThatAreNoneAreRefusedByName)
+{
+    std::vector<uint8_t> good = CImageCompressor().GetCompressionDescriptor();
+    std::vector<uint8_t> otherCodec = good;
+    otherCodec[6] = 7;
+    std::vector<uint8_t> otherMagic = good;
+    otherMagic[0] = 'x';
+    const std::pair<std::vector<uint8_t>, const char*> cases[] = {
+        {{}, "Compression descriptor is empty."},
+        {std::vector<uint8_t>(good.begin(), good.end() - 1), "has 11 bytes instead of 12"},
+        {otherMagic, "does not start with its magic"},
+        {otherCodec, "names codec 7"},
+    };
+    for (const auto& [bytes, message] : cases)
+    {
+        try
+        {
+            CImageDecompressor decompressor(bytes.data(), bytes.size());
+            ADD_FAILURE() << message;
+        }
+        catch (const GenICam::InvalidArgumentException& e)
+        {
+            EXPECT_NE(std::string(e.GetDescription()).find(message), std::string::npos) << e.GetDescription();
+        }
+    }
+}
