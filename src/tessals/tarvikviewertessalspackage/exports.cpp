@@ -6,6 +6,7 @@
 #include "decompressor.h"
 #include "gate.h"
 #include "histogramextractor.h"
+#include "sharpnessextractor.h"
 
 #include <cstdlib>
 
@@ -68,6 +69,16 @@ extern "C"
     }
 
     TESSAL_EXPORT void destroy_HistogramExtractor(TessalNode* node)
+    {
+        delete node;
+    }
+
+    TESSAL_EXPORT TessalNode* create_SharpnessExtractor(const TessalResourcePool& resourcePool)
+    {
+        return new SharpnessExtractor(resourcePool);
+    }
+
+    TESSAL_EXPORT void destroy_SharpnessExtractor(TessalNode* node)
     {
         delete node;
     }

@@ -32,4 +32,6 @@ extern "C"
     TESSAL_EXPORT void destroy_Gate(TessalNode* node);
     TESSAL_EXPORT TessalNode* create_HistogramExtractor(const TessalResourcePool& resourcePool);
     TESSAL_EXPORT void destroy_HistogramExtractor(TessalNode* node);
+    TESSAL_EXPORT TessalNode* create_SharpnessExtractor(const TessalResourcePool& resourcePool);
+    TESSAL_EXPORT void destroy_SharpnessExtractor(TessalNode* node);
 }
