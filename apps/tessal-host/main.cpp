@@ -91,7 +91,7 @@ int main(int argc, char** argv)
     addRunOptions(*run, runOptions, output);
 
     DefaultGraphOptions demoOptions;
-    demoOptions.camera = {1920, 1200, Tarvik::PixelType_BayerRG8};
+    demoOptions.camera = {1920, 1200, Tarvik::PixelType_BayerRG8, 0.1, 0.05};
     std::string demoFormat = "BayerRG8";
     RunOptions demoRun;
     demoRun.frames = 300;
@@ -101,6 +101,14 @@ int main(int argc, char** argv)
     demo->add_option("--width", demoOptions.camera.width, "Frame width")->capture_default_str();
     demo->add_option("--height", demoOptions.camera.height, "Frame height")->capture_default_str();
     demo->add_option("--pixel-format", demoFormat, "Pixel format of the camera")->capture_default_str();
+    demo->add_option("--compressed-share", demoOptions.camera.compressedShare, "Share of compressed frames")
+        ->capture_default_str()
+        ->check(CLI::Range(0.0, 1.0));
+    demo->add_option("--failed-share", demoOptions.camera.failedShare, "Share of failed frames")
+        ->capture_default_str()
+        ->check(CLI::Range(0.0, 1.0));
+    bool noFixImage = false;
+    demo->add_flag("--no-fix-image", noFixImage, "Leave failed frames unrepaired (\"FixImage\" off)");
     demo->add_option("--display-fps", demoOptions.displayFps, "Rate limit of the display's Decoupler")
         ->capture_default_str();
     demo->add_option("--print-graph", graphFile,
@@ -131,6 +139,7 @@ int main(int argc, char** argv)
                 Tarvik::CPixelTypeMapper::GetTarvikPixelTypeByName(demoFormat.c_str());
             if (demoOptions.camera.pixelType == Tarvik::PixelType_Undefined)
                 throw GraphFileError("unknown pixel format \"" + demoFormat + "\"");
+            demoOptions.fixImage = !noFixImage;
             const GraphDescription graph = catalog.defaultGraph(demoOptions);
             if (!graphFile.empty())
             {

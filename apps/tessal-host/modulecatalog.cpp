@@ -38,6 +38,9 @@ SyntheticCameraSettings cameraSettings(const GraphDescription::Node& node)
     camera.pixelType = Tarvik::CPixelTypeMapper::GetTarvikPixelTypeByName(format.c_str());
     if (camera.pixelType == Tarvik::PixelType_Undefined)
         throw GraphFileError("node '" + node.name + "': unknown pixel format \"" + format + "\"");
+    camera.compressedShare =
+        setting<double>(node.settings, "CompressedShare", camera.compressedShare, node.name);
+    camera.failedShare = setting<double>(node.settings, "FailedShare", camera.failedShare, node.name);
     return camera;
 }
 
@@ -45,7 +48,9 @@ nlohmann::json cameraJson(const SyntheticCameraSettings& camera)
 {
     return {{"Width", camera.width},
             {"Height", camera.height},
-            {"PixelFormat", Tarvik::CPixelTypeMapper::GetNameByTarvikPixelType(camera.pixelType).c_str()}};
+            {"PixelFormat", Tarvik::CPixelTypeMapper::GetNameByTarvikPixelType(camera.pixelType).c_str()},
+            {"CompressedShare", camera.compressedShare},
+            {"FailedShare", camera.failedShare}};
 }
 
 } // namespace
@@ -146,7 +151,18 @@ GraphDescription ModuleCatalog::defaultGraph(const DefaultGraphOptions& options)
 
     add("camera", cameraModule, cameraJson(options.camera));
     add("converter", "Converter");
-    edge("camera.Image", "converter.Image");
+    if (add("decompressor", "Decompressor", {{"FixImage", options.fixImage}}))
+    {
+        edge("camera.GrabResult", "decompressor.GrabResult");
+        edge("camera.CompressionDescriptor", "decompressor.CompressionDescriptor");
+        edge("camera.PixelFormat", "decompressor.RepairHintPixelFormat");
+        edge("camera.Width", "decompressor.RepairHintWidth");
+        edge("camera.Height", "decompressor.RepairHintHeight");
+        edge("camera.PayloadSize", "decompressor.RepairHintPayloadSizeCamera");
+        edge("decompressor.Image", "converter.Image");
+    }
+    else
+        edge("camera.Image", "converter.Image");
     if (add("histogram", "HistogramExtractor"))
         edge("converter.Image", "histogram.Image");
     if (add("sharpness", "SharpnessExtractor",

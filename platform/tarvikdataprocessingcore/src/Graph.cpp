@@ -226,8 +226,9 @@ void Graph::build()
     {
         m_nodes[i].isSource = m_nodes[i].node->getInputDescriptors().empty();
         INode& node = *m_nodes[i].node;
-        node.attachOutputSink([jobs = m_jobs, &node](const std::shared_ptr<IGraphUpdate>& update,
-                                                     const ValueMap& outputs) { jobs->push(node, update, outputs); });
+        node.attachOutputSink(
+            [jobs = m_jobs, &node](const std::shared_ptr<IGraphUpdate>& update, const ValueMap& outputs)
+            { jobs->push(node, update, outputs); });
     }
     m_built = true;
 }
@@ -318,8 +319,9 @@ void Graph::drain()
     JobQueue::Job job;
     while (m_jobs->pop(job))
     {
-        const auto entry = std::find_if(m_nodes.begin(), m_nodes.end(),
-                                        [&](const Entry& candidate) { return candidate.node.get() == job.node; });
+        const auto entry =
+            std::find_if(m_nodes.begin(), m_nodes.end(),
+                         [&](const Entry& candidate) { return candidate.node.get() == job.node; });
         if (entry == m_nodes.end())
             continue;
         entry->statistics.recordDelivery();
