@@ -15,8 +15,8 @@ namespace
 const std::array<const char*, 6> nodeNames = {"Converter", "Decompressor",       "Decoupler",
                                               "Gate",      "HistogramExtractor", "SharpnessExtractor"};
 // The nodes whose factories the package holds so far; the others join as they are built.
-const std::set<std::string> builtNodes = {"Converter", "Decompressor", "Gate", "HistogramExtractor",
-                                           "SharpnessExtractor"};
+const std::set<std::string> builtNodes = {"Converter", "Decompressor", "Decoupler", "Gate",
+                                           "HistogramExtractor", "SharpnessExtractor"};
 
 std::set<std::string> allowedExports()
 {

@@ -1,9 +1,9 @@
-#include "built_package.h"
-#include "packageloader.h"
+#include "node_test_support.h"
 
-#include <TarvikDataProcessingCore/core/INodeMapContainer.h>
 #include <TarvikDataProcessingCore/core/MemorySettings.h>
+#include <TarvikDataProcessingCore/core/NodeBase.h>
 #include <TarvikDataProcessingCore/core/ScalarValues.h>
+#include <TarvikDataProcessingCore/threading/RecursiveCLock.h>
 #include <TarvikViewerDataTypes2/NoValue.h>
 
 #include <gtest/gtest.h>
@@ -42,14 +42,7 @@ protected:
         return {};
     }
 
-    struct NullUpdate : Core::IGraphUpdate
-    {
-        uint64_t getId() const override { return 1; }
-        const std::vector<std::shared_ptr<IGraphUpdate>>& getParents() const override { return parents; }
-        std::vector<std::shared_ptr<IGraphUpdate>> parents;
-    };
-
-    std::shared_ptr<Core::IGraphUpdate> update = std::make_shared<NullUpdate>();
+    std::shared_ptr<Core::IGraphUpdate> update = std::make_shared<NodeTestSupport::TestUpdate>();
 };
 
 } // namespace
@@ -149,4 +142,47 @@ TEST_F(GateTest, ReportsItsOwnTypeAndAddress)
     void* const raw = gate->getRawPointer();
     EXPECT_EQ(Utils::type_cast(raw, type, Utils::TypeInfo::get<Core::INode>(true)), gate.get());
     EXPECT_NE(Utils::type_cast(raw, type, Utils::TypeInfo::get<Core::INodeMapContainer>(true)), nullptr);
+}
+
+TEST_F(GateTest, PublishesEnableInItsNodeMapOnTheNodesLock)
+{
+    GenApi::INodeMap* const nodeMap = NodeTestSupport::tessalNodeMap(*gate);
+    ASSERT_NE(nodeMap, nullptr);
+    EXPECT_EQ(NodeTestSupport::rootFeatureNames(*nodeMap), std::vector<std::string>{"Enable"});
+    GenApi::CBooleanPtr enable = nodeMap->GetNode("Enable");
+    EXPECT_EQ(enable->GetNode()->GetToolTip(), "Enable passthrough of data");
+    EXPECT_EQ(enable->GetNode()->GetVisibility(), GenApi::Guru);
+    EXPECT_FALSE(enable->GetValue());
+
+    const auto* const base = static_cast<Core::NodeBase*>(Utils::type_cast(
+        gate->getRawPointer(), gate->getTypeInfo(true), Utils::TypeInfo::get<Core::NodeBase>(true)));
+    const auto lock = std::dynamic_pointer_cast<Threading::RecursiveCLock>(base->getLock());
+    ASSERT_NE(lock, nullptr);
+    EXPECT_EQ(&nodeMap->GetLock(), &lock->getLock()) << "one lock for the node and its map";
+}
+
+TEST_F(GateTest, ClientWritesReachRunAndEachRealChangeNotifiesOnce)
+{
+    GenApi::INodeMap* const nodeMap = NodeTestSupport::tessalNodeMap(*gate);
+    ASSERT_NE(nodeMap, nullptr);
+    GenApi::CBooleanPtr enable = nodeMap->GetNode("Enable");
+    enable->SetValue(true);
+    EXPECT_TRUE(savedEnable());
+    const Utils::Variant value{Core::Integer(5, nullptr)};
+    EXPECT_EQ(gate->run(update, {{"GenericInput", value}}).at(update).count("GenericOutput"), 1u);
+
+    int callbacks = 0;
+    GenApi::Register(enable->GetNode(), [&](GenApi::INode*) { ++callbacks; });
+    const struct
+    {
+        bool value;
+        int callbacks;
+    } changes[] = {{true, 0}, {false, 1}, {false, 0}, {true, 1}};
+    for (const auto& change : changes)
+    {
+        callbacks = 0;
+        setEnable(change.value);
+        EXPECT_EQ(callbacks, change.callbacks) << "setEnable(" << change.value << ")";
+        EXPECT_EQ(enable->GetValue(), change.value);
+    }
 }

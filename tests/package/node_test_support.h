@@ -8,9 +8,12 @@
 #include <TarvikDataProcessingCore/core/INodeMapContainer.h>
 #include <TarvikDataProcessingCore/core/Image.h>
 
+#include <GenApi/GenApi.h>
+
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <string>
 #include <vector>
 
 namespace NodeTestSupport
@@ -30,6 +33,31 @@ inline Core::INodeMapContainer* nodeMapContainer(Core::INode& node)
 {
     return static_cast<Core::INodeMapContainer*>(Utils::type_cast(
         node.getRawPointer(), node.getTypeInfo(true), Utils::TypeInfo::get<Core::INodeMapContainer>(true)));
+}
+
+// The node's one node map, which must be named "@Tessal"; null after a failed expectation.
+inline GenApi::INodeMap* tessalNodeMap(Core::INode& node)
+{
+    const auto maps = nodeMapContainer(node)->getNodeMaps();
+    EXPECT_EQ(maps.size(), 1u);
+    if (maps.size() != 1 || maps[0].first != "@Tessal")
+    {
+        ADD_FAILURE() << "no node map \"@Tessal\"";
+        return nullptr;
+    }
+    return maps[0].second;
+}
+
+// The names of the features under "Root", in their order.
+inline std::vector<std::string> rootFeatureNames(GenApi::INodeMap& nodeMap)
+{
+    GenApi::CCategoryPtr root = nodeMap.GetNode("Root");
+    GenApi::FeatureList_t features;
+    root->GetFeatures(features);
+    std::vector<std::string> names;
+    for (GenApi::IValue* feature : features)
+        names.push_back(feature->GetNode()->GetName().c_str());
+    return names;
 }
 
 // An image of `type` whose bytes (padding included) are `bytes`.

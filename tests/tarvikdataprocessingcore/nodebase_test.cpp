@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <system_error>
+
 using namespace Tarvik::DataProcessing;
 
 namespace
@@ -54,6 +56,7 @@ public:
     }
 
     std::vector<std::string> calls;
+    bool failToStart = false;
 
 protected:
     void onInputTypeConfigured(const GenICam::gcstring& pin, const Utils::TypeInfo& type) override
@@ -64,6 +67,13 @@ protected:
     {
         calls.push_back("unconfigured " + pin.str());
     }
+    void onStarting(const Core::NodeArgumentCollection&) override
+    {
+        if (failToStart)
+            throw std::system_error(std::make_error_code(std::errc::resource_unavailable_try_again));
+        calls.push_back("starting");
+    }
+    void onStopping() override { calls.push_back("stopping"); }
 };
 
 } // namespace
@@ -95,6 +105,19 @@ TEST(NodeBase, RefusesASecondPinOfOneNameInOneDirection)
     EXPECT_THROW(node.declareOutputAgain(), GenICam::InvalidArgumentException);
     EXPECT_EQ(node.getOutputDescriptors().size(), 1u);
     EXPECT_EQ(node.getOutputDescriptors()[0].description, "output");
+}
+
+TEST(NodeBase, ANodeThatFailsToStartStaysStoppedAndIsNotStopped)
+{
+    EchoNode node;
+    node.failToStart = true;
+    EXPECT_THROW(node.start({}), std::system_error);
+    EXPECT_EQ(node.getState(), Core::NodeState::Stopped);
+    node.stop();
+    node.failToStart = false;
+    node.start({});
+    node.stop();
+    EXPECT_EQ(node.calls, (std::vector<std::string>{"starting", "stopping"}));
 }
 
 TEST(AdvancedNode, DeliversJobsOnlyWhileRunningAndToASink)

@@ -183,7 +183,17 @@ void NodeBase::start(const NodeArgumentCollection& arguments)
             return;
         m_state = NodeState::Running;
     }
-    onStarting(arguments);
+    try
+    {
+        onStarting(arguments);
+    }
+    catch (...)
+    {
+        // A node that could not start is stopped: stop() and cleanup() leave it alone.
+        std::lock_guard guard(m_mutex);
+        m_state = NodeState::Stopped;
+        throw;
+    }
 }
 
 void NodeBase::stop()

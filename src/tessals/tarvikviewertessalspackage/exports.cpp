@@ -4,6 +4,7 @@
 
 #include "converter.h"
 #include "decompressor.h"
+#include "decoupler.h"
 #include "gate.h"
 #include "histogramextractor.h"
 #include "sharpnessextractor.h"
@@ -49,6 +50,16 @@ extern "C"
     }
 
     TESSAL_EXPORT void destroy_Decompressor(TessalNode* node)
+    {
+        delete node;
+    }
+
+    TESSAL_EXPORT TessalNode* create_Decoupler(const TessalResourcePool& resourcePool)
+    {
+        return new Decoupler(resourcePool);
+    }
+
+    TESSAL_EXPORT void destroy_Decoupler(TessalNode* node)
     {
         delete node;
     }

@@ -28,6 +28,8 @@ extern "C"
     TESSAL_EXPORT void destroy_Converter(TessalNode* node);
     TESSAL_EXPORT TessalNode* create_Decompressor(const TessalResourcePool& resourcePool);
     TESSAL_EXPORT void destroy_Decompressor(TessalNode* node);
+    TESSAL_EXPORT TessalNode* create_Decoupler(const TessalResourcePool& resourcePool);
+    TESSAL_EXPORT void destroy_Decoupler(TessalNode* node);
     TESSAL_EXPORT TessalNode* create_Gate(const TessalResourcePool& resourcePool);
     TESSAL_EXPORT void destroy_Gate(TessalNode* node);
     TESSAL_EXPORT TessalNode* create_HistogramExtractor(const TessalResourcePool& resourcePool);

@@ -1,10 +1,10 @@
 #include "gate.h"
 
+#include "genericpins.h"
 #include "tessalnames.h"
+#include "tessalnodemap.h"
 
-#include <TarvikDataProcessingCore/threading/RecursiveCLock.h>
-
-#include <TarvikViewerDataTypes2/NoValue.h>
+#include <AnythingToNodeMapAdapter/BooleanParameterPortRelay.h>
 
 #include <tarvikdataprocessingcore/threading/uniquelock_impl.h>
 #include <tarvikdataprocessingcore/utils/signal_impl.h>
@@ -17,12 +17,15 @@ namespace GateNames = Names::Gate;
 
 namespace
 {
-constexpr uint64_t unlimited = ~uint64_t{0};
-const char* const outputDescription = "A generic output";
+using EnableRelay =
+    AnythingToNodeMapAdapter::BooleanParameterPortRelay<Gate, &Gate::getEnable, &Gate::setEnable>;
 } // namespace
 
+// The adapter comes first, so that it goes last: the relay's last owner is then its node-map port.
 struct Gate::Impl
 {
+    AnythingToNodeMapAdapter::CAnythingToNodeMapAdapter adapter;
+    std::shared_ptr<EnableRelay> enablePort;
     std::shared_ptr<Threading::RecursiveCLock> lock;
     // Gate's maps never change: the signal is never fired.
     Utils::Signal<void()> nodeMapsChanged;
@@ -36,11 +39,12 @@ Gate::Gate(const std::shared_ptr<Core::IResourcePool>& resourcePool)
     m_impl->lock = std::make_shared<Threading::RecursiveCLock>();
     setLock(m_impl->lock);
 
-    const Utils::Variant noValue{NoValue()};
-    createInput(GateNames::GenericInput, "A generic input, allowing many data types.",
-                Utils::TypeInfo::get<Core::IValue>(true), noValue, true, false, unlimited);
-    createOutput(GateNames::GenericOutput, outputDescription, Utils::TypeInfo::get<Core::IValue>(true), true,
-                 unlimited);
+    Detail::GenericPins::declare(*this, GateNames::GenericInput, GateNames::GenericOutput);
+
+    m_impl->enablePort =
+        std::make_shared<EnableRelay>(this, GateNames::Enable, "Enable", "Enable passthrough of data",
+                                      "Enable passthrough of data", "Guru", true, true, true, true);
+    Detail::publishParameters(m_impl->adapter, *m_impl->lock, m_impl->enablePort);
 }
 
 Gate::~Gate()
@@ -90,10 +94,7 @@ bool Gate::getEnable() const
 
 void Gate::setEnable(bool enable)
 {
-    Threading::ScopedLock guard(*m_impl->lock);
-    if (enable == m_impl->enable)
-        return;
-    m_impl->enable = enable;
+    Detail::storeAndNotify(*m_impl->lock, m_impl->enable, enable, *m_impl->enablePort);
 }
 
 void Gate::load(const std::shared_ptr<Core::ISettings>& settings)
@@ -113,8 +114,8 @@ void Gate::save(const std::shared_ptr<Core::ISettings>& settings)
 
 std::vector<std::pair<GenICam::gcstring, GenApi::INodeMap*>> Gate::getNodeMaps()
 {
-    // The node map of "Enable" arrives with the node-map adapter.
-    return {};
+    Threading::ScopedLock guard(*m_impl->lock);
+    return Detail::tessalNodeMaps(m_impl->adapter);
 }
 
 Utils::ISignal<void()>& Gate::getNodeMapsChangedSignal()
@@ -125,21 +126,15 @@ Utils::ISignal<void()>& Gate::getNodeMapsChangedSignal()
 void Gate::onInputTypeConfigured(const GenICam::gcstring& pin, const Utils::TypeInfo& type)
 {
     if (pin == GateNames::GenericInput)
-    {
-        removeOutput(GateNames::GenericOutput);
-        createOutput(GateNames::GenericOutput, outputDescription, type, true, unlimited);
-    }
+        Detail::GenericPins::declareOutput(*this, GateNames::GenericOutput, type);
     NodeBase::onInputTypeConfigured(pin, type);
 }
 
 void Gate::onInputTypeUnconfigured(const GenICam::gcstring& pin)
 {
     if (pin == GateNames::GenericInput)
-    {
-        removeOutput(GateNames::GenericOutput);
-        createOutput(GateNames::GenericOutput, outputDescription, Utils::TypeInfo::get<Core::IValue>(true),
-                     true, unlimited);
-    }
+        Detail::GenericPins::declareOutput(*this, GateNames::GenericOutput,
+                                           Utils::TypeInfo::get<Core::IValue>(true));
     NodeBase::onInputTypeUnconfigured(pin);
 }
 

@@ -1,8 +1,9 @@
 // Gate: passes a generic value from "GenericInput" to "GenericOutput" while the
-// parameter "Enable" is true, and nothing while it is false.
+// parameter "Enable" is true, and nothing while it is false. "Enable" is also
+// the feature of that name under "Root" in the node map "@Tessal".
 //
-// Thread-safe: "Enable" is guarded by the node's lock; run() holds it only to
-// read the parameter.
+// Thread-safe: "Enable" is guarded by the node's lock, which the node map
+// shares; run() holds it only to read the parameter.
 #pragma once
 
 #include <TarvikDataProcessingCore/core/AdvancedNode.h>
@@ -12,6 +13,11 @@
 
 namespace TarvikViewerTessalPackage
 {
+
+namespace Detail
+{
+struct GenericPins;
+}
 
 class Gate : public Tarvik::DataProcessing::Core::AdvancedNode,
              public Tarvik::DataProcessing::Core::INodeMapContainer
@@ -36,6 +42,7 @@ public:
     Tarvik::DataProcessing::Utils::ISignal<void()>& getNodeMapsChangedSignal() override;
 
     bool getEnable() const;
+    // Tells the node map's observer of "Enable" once per real change.
     void setEnable(bool enable);
 
 protected:
@@ -44,6 +51,8 @@ protected:
     void onInputTypeUnconfigured(const GenICam::gcstring& pin) override;
 
 private:
+    friend struct Detail::GenericPins;
+
     struct Impl;
     std::unique_ptr<Impl> m_impl;
 };
