@@ -49,6 +49,18 @@ void checkHeader(const Header& header, const Codecs& expected)
             static_cast<unsigned long long>(header.imageSize), formatSize);
 }
 
+CompressionInfo_t infoOf(const Header& header)
+{
+    CompressionInfo_t info;
+    info.hasCompressedImage = header.imageSize != 0;
+    info.compressionStatus = header.status;
+    info.pixelType = header.pixelType;
+    info.width = header.width;
+    info.height = header.height;
+    info.paddingX = header.paddingX;
+    return info;
+}
+
 } // namespace
 
 struct CImageDecompressor::Impl
@@ -62,10 +74,10 @@ struct CImageDecompressor::Impl
     ~Impl() { ZSTD_freeDCtx(context); }
 };
 
-CImageDecompressor::CImageDecompressor(const void* descriptor, size_t descriptorSize)
+CImageDecompressor::CImageDecompressor(const void* descriptor, size_t size)
     : m_impl(std::make_unique<Impl>())
 {
-    m_impl->codecs = decodeDescriptor(descriptor, descriptorSize);
+    m_impl->codecs = decodeDescriptor(descriptor, size);
     m_impl->context = ZSTD_createDCtx();
     if (!m_impl->context)
         throw BAD_ALLOC_EXCEPTION("Could not create a decompression context.");
@@ -94,12 +106,7 @@ bool CImageDecompressor::GetCompressionInfo(CompressionInfo_t& info, const void*
         info.compressionStatus = CompressionStatus_VersionNotSupported;
         return true;
     }
-    info.hasCompressedImage = header.imageSize != 0;
-    info.compressionStatus = header.status;
-    info.pixelType = header.pixelType;
-    info.width = header.width;
-    info.height = header.height;
-    info.paddingX = header.paddingX;
+    info = infoOf(header);
     return true;
 }
 
@@ -164,13 +171,7 @@ CompressionInfo_t CImageDecompressor::DecompressImage(void* target, size_t& targ
                                          remaining);
 
     targetSize = header.imageSize;
-    CompressionInfo_t info;
-    info.hasCompressedImage = header.imageSize != 0;
-    info.pixelType = header.pixelType;
-    info.width = header.width;
-    info.height = header.height;
-    info.paddingX = header.paddingX;
-    return info;
+    return infoOf(header);
 }
 
 } // namespace Tarvik

@@ -208,31 +208,14 @@ Core::ValueMap Decompressor::process(Core::ValueMap& inputs, bool fixImages)
     if (!buffer)
         TESSAL_FAIL_CHECK(runChecks, "Grab result has no buffer.");
 
-    Utils::Variant output;
     Tarvik::CompressionInfo_t info;
+    Utils::Variant output;
     const bool compressed = result.grabSucceeded() &&
                             Tarvik::CImageDecompressor::GetCompressionInfo(
                                 info, std::as_const(*buffer).getData(),
                                 std::min(result.getPayloadSize(), result.getBufferSize()), littleEndian);
     if (compressed && info.hasCompressedImage)
-    {
-        const Utils::COWPtr<CompressionDescriptor> descriptor =
-            inputs[DecompressorNames::InputCompressionDescriptor].get<Utils::COWPtr<CompressionDescriptor>>(
-                false);
-        if (!descriptor.hasObject())
-            TESSAL_FAIL_CHECK(runChecks,
-                              "Grab result is compressed, but no compression descriptor was provided.");
-        const std::vector<uint8_t>& descriptorBytes = descriptor->getCompressionDescriptor();
-        Tarvik::CImageDecompressor decompressor(descriptorBytes.data(), descriptorBytes.size());
-        if (info.compressionStatus != Tarvik::CompressionStatus_Ok)
-            TESSAL_FAIL_CHECK(runChecks, "Grab result is compressed, but compression status is not ok.");
-        Utils::COWPtr<Core::IImage> image(new Core::Image(info.pixelType, info.width, info.height,
-                                                          info.paddingX, getBufferProvider(), freshLock()));
-        size_t size = image->getImageSize();
-        decompressor.DecompressImage(image->getImageData().data, size, buffer->getData(),
-                                     result.getBufferSize());
-        output.setData(std::move(image));
-    }
+        output = decompress(result, info, inputs);
     else if (!result.grabSucceeded())
     {
         if (!fixImages)
@@ -240,18 +223,44 @@ Core::ValueMap Decompressor::process(Core::ValueMap& inputs, bool fixImages)
         output = repair(result, inputs);
     }
     else
-    {
-        if (!passesSizeCheck(result))
-            TESSAL_FAIL_CHECK(runChecks,
-                              "Grab result reports grab succeeded, but plausibility check failed.");
-        if (Tarvik::ComputeBufferSize(result.getPixelType(), result.getWidth(), result.getHeight(),
-                                      result.getPaddingX()) > result.getBufferSize())
-            TESSAL_FAIL_CHECK(runChecks, "Grab result's buffer is too small for the rows and their padding.");
-        output = variantOf(new Core::Image(result.getPixelType(), result.getWidth(), result.getHeight(),
-                                           result.getPaddingX(), buffer, freshLock()));
-    }
+        output = adopt(result);
     outputs[DecompressorNames::OutputImage] = output;
     return outputs;
+}
+
+Utils::Variant Decompressor::decompress(GrabResult& result, const Tarvik::CompressionInfo_t& info,
+                                        Core::ValueMap& inputs)
+{
+    const Utils::COWPtr<CompressionDescriptor> descriptor =
+        inputs[DecompressorNames::InputCompressionDescriptor].get<Utils::COWPtr<CompressionDescriptor>>(
+            false);
+    if (!descriptor.hasObject())
+        TESSAL_FAIL_CHECK(runChecks,
+                          "Grab result is compressed, but no compression descriptor was provided.");
+    const std::vector<uint8_t>& descriptorBytes = descriptor->getCompressionDescriptor();
+    Tarvik::CImageDecompressor decompressor(descriptorBytes.data(), descriptorBytes.size());
+    if (info.compressionStatus != Tarvik::CompressionStatus_Ok)
+        TESSAL_FAIL_CHECK(runChecks, "Grab result is compressed, but compression status is not ok.");
+    // Written straight into the new image's buffer from the pool.
+    Utils::COWPtr<Core::IImage> image(new Core::Image(info.pixelType, info.width, info.height, info.paddingX,
+                                                      getBufferProvider(), freshLock()));
+    size_t size = image->getImageSize();
+    decompressor.DecompressImage(image->getImageData().data, size, result.getBuffer()->getData(),
+                                 result.getBufferSize());
+    Utils::Variant output;
+    output.setData(std::move(image));
+    return output;
+}
+
+Utils::Variant Decompressor::adopt(GrabResult& result)
+{
+    if (!passesSizeCheck(result))
+        TESSAL_FAIL_CHECK(runChecks, "Grab result reports grab succeeded, but plausibility check failed.");
+    if (Tarvik::ComputeBufferSize(result.getPixelType(), result.getWidth(), result.getHeight(),
+                                  result.getPaddingX()) > result.getBufferSize())
+        TESSAL_FAIL_CHECK(runChecks, "Grab result's buffer is too small for the rows and their padding.");
+    return variantOf(new Core::Image(result.getPixelType(), result.getWidth(), result.getHeight(),
+                                     result.getPaddingX(), result.getBuffer(), freshLock()));
 }
 
 Utils::Variant Decompressor::repair(GrabResult& result, const Core::ValueMap& inputs)

@@ -29,6 +29,11 @@
 
 class GrabResult;
 
+namespace Tarvik
+{
+struct CompressionInfo_t;
+}
+
 namespace TarvikViewerTessalPackage
 {
 
@@ -62,6 +67,12 @@ private:
     // The outputs of one run, by the decisions of the node; throws on a failure.
     Tarvik::DataProcessing::Core::ValueMap process(Tarvik::DataProcessing::Core::ValueMap& inputs,
                                                    bool fixImages);
+    // The image written from a compressed frame into a buffer of the pool.
+    Tarvik::DataProcessing::Utils::Variant decompress(GrabResult& result,
+                                                      const Tarvik::CompressionInfo_t& info,
+                                                      Tarvik::DataProcessing::Core::ValueMap& inputs);
+    // An image over the buffer of a healthy frame, after the size checks.
+    Tarvik::DataProcessing::Utils::Variant adopt(GrabResult& result);
     // The image of a failed frame, rebuilt from its bytes and the hints; throws if they do not suffice.
     Tarvik::DataProcessing::Utils::Variant repair(GrabResult& result,
                                                   const Tarvik::DataProcessing::Core::ValueMap& inputs);
