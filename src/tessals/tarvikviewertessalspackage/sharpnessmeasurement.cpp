@@ -85,6 +85,16 @@ namespace TarvikViewerTessalPackage::Detail::HWY_NAMESPACE
 namespace hn = hwy::HWY_NAMESPACE;
 
 #if HWY_TARGET != HWY_SCALAR
+// The sum of the eight neighbours of the lanes from column x on, each vector read by `at`.
+template <typename Load>
+HWY_INLINE auto ringAt(const Load& at, const RowTriple& rows, size_t x)
+{
+    return hn::Add(hn::Add(hn::Add(at(rows.above, x - 1), at(rows.above, x)),
+                           hn::Add(at(rows.above, x + 1), at(rows.row, x - 1))),
+                   hn::Add(hn::Add(at(rows.row, x + 1), at(rows.below, x - 1)),
+                           hn::Add(at(rows.below, x), at(rows.below, x + 1))));
+}
+
 // The lanes of a block's 32-bit accumulator, added in 64 bits.
 template <typename D>
 uint64_t laneTotal(D d, hn::Vec<D> lanes)
@@ -120,10 +130,7 @@ RowTotals ByteRowTotalsImpl(RowTriple rows, uint32_t width)
         for (size_t i = 0; i < blockIterations && x + lanes <= end; ++i, x += lanes)
         {
             const auto centre = at(rows.row, x);
-            const auto ring = hn::Add(hn::Add(hn::Add(at(rows.above, x - 1), at(rows.above, x)),
-                                              hn::Add(at(rows.above, x + 1), at(rows.row, x - 1))),
-                                      hn::Add(hn::Add(at(rows.row, x + 1), at(rows.below, x - 1)),
-                                              hn::Add(at(rows.below, x), at(rows.below, x + 1))));
+            const auto ring = ringAt(at, rows, x);
             // |r| <= 2040: a 16-bit lane holds it, and two squares fit a 32-bit lane.
             const auto response = hn::Sub(hn::ShiftLeft<3>(centre), ring);
             energy0 = hn::ReorderWidenMulAccumulate(d32, response, response, energy0, energy1);
@@ -159,10 +166,7 @@ RowTotals WordRowTotalsImpl(RowTriple rows, uint32_t width)
         for (size_t i = 0; i < blockIterations && x + lanes <= end; ++i, x += lanes)
         {
             const auto centre = at(rows.row, x);
-            const auto ring = hn::Add(hn::Add(hn::Add(at(rows.above, x - 1), at(rows.above, x)),
-                                              hn::Add(at(rows.above, x + 1), at(rows.row, x - 1))),
-                                      hn::Add(hn::Add(at(rows.row, x + 1), at(rows.below, x - 1)),
-                                              hn::Add(at(rows.below, x), at(rows.below, x + 1))));
+            const auto ring = ringAt(at, rows, x);
             const auto response = hn::Sub(hn::ShiftLeft<3>(centre), ring);
             // Squares of up to 2^39 in 64-bit lanes: the even lanes, then the odd ones moved down.
             const auto odd = hn::BitCast(d32, hn::ShiftRight<32>(hn::BitCast(du64, response)));

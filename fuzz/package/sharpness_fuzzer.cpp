@@ -1,0 +1,114 @@
+// Runs a SharpnessExtractor on an image over exactly the given bytes, whose
+// pixel type, size and padding, and the node's AOI, come from a small header.
+// Every outcome must be a figure, an error value or nothing; the sanitizers
+// catch any read outside the bytes.
+//
+// Header, 14 bytes: type selector (4, little-endian; a table index unless its top
+// bit is set, then a raw code), width (2), height (1), padding (1), AOI left,
+// top, width, height (1 each, signed), AOI flags (1: bit n set puts the nth
+// field near the largest signed 64-bit value), unused (1).
+#include "built_package.h"
+#include "packageloader.h"
+
+#include <TarvikDataProcessingCore/core/IImage.h>
+#include <TarvikDataProcessingCore/core/MemorySettings.h>
+
+#include <TarvikBase/PixelTypeInfo.h>
+
+#include <cstdlib>
+#include <limits>
+#include <vector>
+
+using namespace Tarvik::DataProcessing;
+
+namespace
+{
+
+constexpr size_t headerSize = 14;
+
+// An image of the fuzzer's claims over bytes of exactly the fuzzer's length.
+class FuzzImage : public Core::IImage
+{
+public:
+    FuzzImage(Tarvik::EPixelType type, uint32_t width, uint32_t height, size_t paddingX,
+              std::vector<uint8_t> bytes)
+        : m_type(type)
+        , m_width(width)
+        , m_height(height)
+        , m_paddingX(paddingX)
+        , m_bytes(std::move(bytes))
+    {
+    }
+    bool hasError(bool) const override { return false; }
+    std::shared_ptr<Core::IError> getError(bool) const override { return nullptr; }
+    Tarvik::EPixelType getPixelType() const override { return m_type; }
+    uint32_t getWidth() const override { return m_width; }
+    uint32_t getHeight() const override { return m_height; }
+    size_t getImageSize() const override { return m_bytes.size(); }
+    Core::ImageDataView<const void> getImageData() const override { return {m_bytes.data(), m_paddingX}; }
+    Core::ImageDataView<void> getImageData() override { return {m_bytes.data(), m_paddingX}; }
+    Utils::TypeInfo getTypeInfo(bool mustExist) const override
+    {
+        return Utils::TypeInfo::get<FuzzImage>(mustExist);
+    }
+    const void* getRawPointer() const override { return this; }
+    void* getRawPointer() override { return this; }
+
+private:
+    Tarvik::EPixelType m_type;
+    uint32_t m_width;
+    uint32_t m_height;
+    size_t m_paddingX;
+    std::vector<uint8_t> m_bytes;
+};
+
+const Utils::TypeRegistrar<FuzzImage, Utils::DirectBase<Core::IImage>, Utils::IndirectBase<Core::IValue>,
+                           Utils::IndirectBase<Utils::IObject>>
+    fuzzImageType("FuzzImage");
+
+struct NullUpdate : Core::IGraphUpdate
+{
+    uint64_t getId() const override { return 1; }
+    const std::vector<std::shared_ptr<IGraphUpdate>>& getParents() const override { return parents; }
+    std::vector<std::shared_ptr<IGraphUpdate>> parents;
+};
+
+Tarvik::EPixelType pixelType(uint32_t selector)
+{
+    if (selector & 0x80000000u)
+        return static_cast<Tarvik::EPixelType>(selector & 0x7FFFFFFFu);
+    const auto table = Tarvik::PixelTypeTable();
+    return table[selector % table.size()].type;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    if (size < headerSize)
+        return 0;
+    static PackageLoader package(builtPackagePath());
+    static const std::shared_ptr<Core::INode> node = package.createNode("SharpnessExtractor");
+
+    const uint32_t selector = data[0] | (data[1] << 8) | (data[2] << 16) | (uint32_t{data[3]} << 24);
+    const uint32_t width = (data[4] | (data[5] << 8)) % 1024;
+    auto settings = std::make_shared<Core::MemorySettings>();
+    const char* const keys[] = {"AoiLeft", "AoiTop", "AoiWidth", "AoiHeight"};
+    for (size_t field = 0; field < 4; ++field)
+    {
+        int64_t value = static_cast<int8_t>(data[8 + field]);
+        if (data[12] & (1u << field))
+            value += std::numeric_limits<int64_t>::max() - 200;
+        settings->setInt(keys[field], value);
+    }
+    node->load(settings);
+
+    Utils::Variant input;
+    input.setData(Utils::COWPtr<Core::IImage>(new FuzzImage(
+        pixelType(selector), width, data[6], data[7], std::vector<uint8_t>(data + headerSize, data + size))));
+    const auto update = std::make_shared<NullUpdate>();
+    const Core::UpdateOutputs outputs = node->run(update, {{"Image", input}});
+    if (outputs.size() != 1 || outputs.begin()->second.size() > 1)
+        std::abort();
+    return 0;
+}
