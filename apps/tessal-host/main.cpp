@@ -3,7 +3,7 @@
 //
 //   tessal-host run GRAPH.json [--frames N] [--output DIR]   a graph file
 //   tessal-host demo [--frames N] [--output DIR]             the default graph
-//   tessal-host nodemap ...                                  node maps of a node
+//   tessal-host nodemap (--module M | --graph G --node N) [--load F] [list | get X | set X V] [--save F]
 //
 // The package is looked for beside the host (../lib), unless --package or the
 // environment variable TESSAL_PACKAGE names it. Exit codes: 0 done, 1 a frame or
@@ -11,6 +11,7 @@
 // source could not be opened.
 #include "hostrun.h"
 #include "modulecatalog.h"
+#include "nodemaptool.h"
 #include "packageloader.h"
 
 #include <GCBase/GCException.h>
@@ -47,6 +48,58 @@ void addRunOptions(CLI::App& command, RunOptions& options, std::string& output)
     command.add_flag("-q,--quiet", options.quiet, "Print no progress and no summary");
 }
 
+struct NodemapOptions
+{
+    std::string module;
+    std::string graph;
+    std::string node;
+    std::string load;
+    std::string save;
+    std::string feature;
+    std::string value;
+    bool get = false;
+    bool set = false;
+};
+
+// Lists, reads or writes the features of one node: a fresh node of a module,
+// or a node of a built graph ("default" names the default graph).
+int nodemapCommand(const ModuleCatalog& catalog, const NodemapOptions& options)
+{
+    Tarvik::DataProcessing::Core::Graph graph;
+    std::shared_ptr<Tarvik::DataProcessing::Core::INode> node;
+    if (!options.module.empty())
+        node = catalog.create({"node", options.module, nlohmann::json::object()}, graph.resourcePool());
+    else
+    {
+        if (options.graph.empty() || options.node.empty())
+            throw GraphFileError("nodemap needs --module, or --graph and --node");
+        catalog.build(graph, options.graph == "default" ? catalog.defaultGraph({})
+                                                        : GraphDescription::load(options.graph));
+        node = graph.node(options.node);
+        if (!node)
+            throw GraphFileError("the graph has no node '" + options.node + "'");
+    }
+    if (!options.load.empty())
+        loadSettings(*node, options.load);
+    try
+    {
+        if (options.set)
+            setFeature(*node, options.feature, options.value);
+        if (options.get || options.set)
+            std::printf("%s = %s\n", options.feature.c_str(), getFeature(*node, options.feature).c_str());
+        else
+            std::printf("%s", featureTable(listFeatures(*node)).c_str());
+    }
+    catch (const GenICam::GenericException& e)
+    {
+        // The node map refused the request: a value out of range, a feature not writable.
+        throw std::invalid_argument(e.GetDescription());
+    }
+    if (!options.save.empty())
+        saveSettings(*node, options.save);
+    return int{exitDone};
+}
+
 int execute(const std::function<int()>& body)
 {
     try
@@ -59,6 +112,11 @@ int execute(const std::function<int()>& body)
         return exitCannotOpen;
     }
     catch (const GraphFileError& e)
+    {
+        std::fprintf(stderr, "tessal-host: %s\n", e.what());
+        return exitBadInput;
+    }
+    catch (const std::invalid_argument& e)
     {
         std::fprintf(stderr, "tessal-host: %s\n", e.what());
         return exitBadInput;
@@ -114,6 +172,24 @@ int main(int argc, char** argv)
     demo->add_option("--print-graph", graphFile,
                      "Write the default graph as a graph file to this path and stop");
 
+    NodemapOptions nodemapOptions;
+    CLI::App* const nodemap = app.add_subcommand(
+        "nodemap", "List, get and set the node-map features of a node; save and load its settings");
+    nodemap->add_option("--module", nodemapOptions.module, "A fresh node of this module");
+    nodemap->add_option("--graph", nodemapOptions.graph,
+                        "A graph file, or \"default\" for the default graph");
+    nodemap->add_option("--node", nodemapOptions.node, "The node of the graph");
+    nodemap->add_option("--load", nodemapOptions.load, "Load the node's settings from this JSON file first");
+    nodemap->add_option("--save", nodemapOptions.save, "Save the node's settings to this JSON file last");
+    nodemap->fallthrough();
+    nodemap->require_subcommand(0, 1);
+    nodemap->add_subcommand("list", "List the features (the default)");
+    CLI::App* const get = nodemap->add_subcommand("get", "Print a feature's value");
+    get->add_option("feature", nodemapOptions.feature, "The feature")->required();
+    CLI::App* const set = nodemap->add_subcommand("set", "Write a feature, then print it");
+    set->add_option("feature", nodemapOptions.feature, "The feature")->required();
+    set->add_option("value", nodemapOptions.value, "The value, as text")->required();
+
     try
     {
         app.parse(argc, argv);
@@ -129,6 +205,12 @@ int main(int argc, char** argv)
         {
             const PackageLoader package(packagePath);
             const ModuleCatalog catalog(package);
+            if (*nodemap)
+            {
+                nodemapOptions.get = get->parsed();
+                nodemapOptions.set = set->parsed();
+                return nodemapCommand(catalog, nodemapOptions);
+            }
             if (*run)
             {
                 runOptions.outputFolder =

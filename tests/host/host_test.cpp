@@ -3,6 +3,7 @@
 #include "built_package.h"
 #include "hostrun.h"
 #include "modulecatalog.h"
+#include "nodemaptool.h"
 #include "packageloader.h"
 
 #include <TarvikDataProcessingCore/core/IImage.h>
@@ -240,5 +241,48 @@ TEST(PackageLoading, BrokenPackagesAreRefusedNamingTheLibraryAndTheFault)
             EXPECT_NE(std::string(e.what()).find(path), std::string::npos) << e.what();
             EXPECT_NE(std::string(e.what()).find(broken.fault), std::string::npos) << e.what();
         }
+    }
+}
+
+TEST_F(HostRun, EnableWrittenThroughTheNodeMapRulesTheNextFrame)
+{
+    Core::Graph graph;
+    catalog.build(graph, catalog.defaultGraph(options(true)));
+    Core::INode& gate = *graph.node("gate");
+    graph.start();
+    graph.runUpdate();
+    setFeature(gate, "Enable", "0");
+    graph.runUpdate();
+    EXPECT_EQ(graph.statistics("gate").framesOut(), 1u);
+    setFeature(gate, "Enable", "1");
+    graph.runUpdate();
+    graph.stop();
+    EXPECT_EQ(graph.statistics("gate").framesIn(), 3u);
+    EXPECT_EQ(graph.statistics("gate").framesOut(), 2u);
+}
+
+TEST_F(HostRun, SavedSettingsLoadIntoTheSameNodeMaps)
+{
+    const std::filesystem::path file = freshFolder("settings.json");
+    const auto pool = std::make_shared<Core::ResourcePool>();
+    const struct
+    {
+        const char* module;
+        const char* feature;
+        const char* value;
+    } cases[] = {{"Gate", "Enable", "1"},
+                 {"Decoupler", "Fps", "12.5"},
+                 {"Decompressor", "FixImage", "1"},
+                 {"SharpnessExtractor", "AoiHeight", "17"}};
+    for (const auto& change : cases)
+    {
+        const auto saved = catalog.create({"a", change.module}, pool);
+        const auto loaded = catalog.create({"b", change.module}, pool);
+        const std::vector<FeatureRow> defaults = listFeatures(*loaded);
+        setFeature(*saved, change.feature, change.value);
+        saveSettings(*saved, file.string());
+        loadSettings(*loaded, file.string());
+        EXPECT_NE(listFeatures(*saved), defaults) << change.module;
+        EXPECT_EQ(listFeatures(*loaded), listFeatures(*saved)) << change.module;
     }
 }
