@@ -80,7 +80,11 @@ std::string rangeOf(GenApi::INode& node)
         enumeration->GetSymbolics(symbolics);
         std::string list;
         for (const auto& symbolic : symbolics)
-            list += (list.empty() ? "" : "|") + std::string(symbolic.c_str());
+        {
+            if (!list.empty())
+                list += '|';
+            list += symbolic.c_str();
+        }
         return list;
     }
     return "";
