@@ -21,6 +21,14 @@ uint64_t NodeStatistics::errorCount() const
     return count;
 }
 
+double NodeStatistics::runTimeTotal() const
+{
+    double total = 0.0;
+    for (const double time : m_runTimes)
+        total += time;
+    return total;
+}
+
 double NodeStatistics::runTimePercentile(double percent) const
 {
     if (m_runTimes.empty())

@@ -31,6 +31,7 @@ public:
     // The run time below which `percent` of the runs lie (nearest rank); 0 without runs.
     double runTimePercentile(double percent) const;
     double runTimeMedian() const { return runTimePercentile(50.0); }
+    double runTimeTotal() const;
 
 private:
     std::vector<double> m_runTimes;
