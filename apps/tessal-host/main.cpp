@@ -1,26 +1,30 @@
-// tessal-host: loads the package through its exports, as the viewer does, and
-// runs its nodes.
+// tessal-host: the viewer's stand-in. It loads the package through its exports
+// and runs graphs of its nodes on frames of its synthetic camera.
 //
-//   tessal-host demo [--package PATH]   the main job on the embedded default
+//   tessal-host run GRAPH.json [--frames N] [--output DIR]   a graph file
+//   tessal-host demo [--frames N] [--output DIR]             the default graph
+//   tessal-host nodemap (--module M | --graph G --node N) [--load F] [list | get X | set X V] [--save F]
 //
 // The package is looked for beside the host (../lib), unless --package or the
-// environment variable TESSAL_PACKAGE names it.
+// environment variable TESSAL_PACKAGE names it. Exit codes: 0 done, 1 a frame or
+// node failed as reported, 2 bad command line or graph file, 3 the package or a
+// source could not be opened.
+#include "hostrun.h"
+#include "modulecatalog.h"
+#include "nodemaptool.h"
 #include "packageloader.h"
 
-#include <TarvikDataProcessingCore/core/Image.h>
-#include <TarvikDataProcessingCore/core/MemorySettings.h>
-#include <TarvikDataProcessingCore/core/ScalarValues.h>
+#include <GCBase/GCException.h>
 
-#include <nlohmann/json.hpp>
+#include <CLI/CLI.hpp>
+
+#include <TarvikBase/PixelTypeMapper.h>
 
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
 #include <string>
-#include <vector>
-
-using namespace Tarvik::DataProcessing;
 
 namespace
 {
@@ -33,129 +37,89 @@ std::string defaultPackagePath()
     return (self.parent_path().parent_path() / "lib" / "libTarvikViewerTessalPackage.so").string();
 }
 
-void printModules(const std::string& manifestText)
+void addRunOptions(CLI::App& command, RunOptions& options, std::string& output)
 {
-    const nlohmann::ordered_json manifest = nlohmann::ordered_json::parse(manifestText);
-    std::printf("Manifest: version %s by %s, %zu modules\n", manifest["Version"].get<std::string>().c_str(),
-                manifest["Vendor"].get<std::string>().c_str(), manifest["Modules"].size());
-    for (const auto& module : manifest["Modules"])
-        std::printf("  %-20s %s  %s\n", module["Name"].get<std::string>().c_str(),
-                    module["Uuid"].get<std::string>().c_str(),
-                    module["DisplayName"].get<std::string>().c_str());
+    command.add_option("-n,--frames", options.frames, "Frames to run")->capture_default_str();
+    command.add_option("-o,--output", output,
+                       "Folder for the run's outputs (default: tessal-runs/<command>-<time>)");
+    command
+        .add_option("--png-every", options.pngEvery, "Write every Nth displayed frame as PNG, and the last")
+        ->capture_default_str();
+    command.add_flag("-q,--quiet", options.quiet, "Print no progress and no summary");
 }
 
-std::string describe(const Core::ValueMap& outputs)
+struct NodemapOptions
 {
-    const auto found = outputs.find("GenericOutput");
-    if (found == outputs.end())
-        return "nothing";
-    const auto integer = found->second.get<Utils::COWPtr<Core::IInteger>>(false);
-    return integer.isValid() ? "GenericOutput = " + std::to_string(integer->getValue())
-                             : "GenericOutput (empty)";
-}
+    std::string module;
+    std::string graph;
+    std::string node;
+    std::string load;
+    std::string save;
+    std::string feature;
+    std::string value;
+    bool get = false;
+    bool set = false;
+};
 
-void runGate(const PackageLoader& package)
+// Lists, reads or writes the features of one node: a fresh node of a module,
+// or a node of a built graph ("default" names the default graph).
+int nodemapCommand(const ModuleCatalog& catalog, const NodemapOptions& options)
 {
-    std::printf("Gate: created through create_Gate\n");
-    const std::shared_ptr<Core::INode> gate = package.createNode("Gate");
-    auto settings = std::make_shared<Core::MemorySettings>();
-    const auto update = std::shared_ptr<Core::IGraphUpdate>();
-    int64_t frame = 0;
-    for (bool enable : {false, true})
+    Tarvik::DataProcessing::Core::Graph graph;
+    std::shared_ptr<Tarvik::DataProcessing::Core::INode> node;
+    if (!options.module.empty())
+        node = catalog.create({"node", options.module, nlohmann::json::object()}, graph.resourcePool());
+    else
     {
-        settings->setBool("Enable", enable);
-        gate->load(settings);
-        for (int i = 0; i < 3; ++i, ++frame)
-        {
-            const Utils::Variant input{Core::Integer(frame, nullptr)};
-            const Core::UpdateOutputs outputs = gate->run(update, {{"GenericInput", input}});
-            std::printf("  Enable=%-5s GenericInput = %lld -> %s\n", enable ? "true" : "false",
-                        static_cast<long long>(frame), describe(outputs.begin()->second).c_str());
-        }
+        if (options.graph.empty() || options.node.empty())
+            throw GraphFileError("nodemap needs --module, or --graph and --node");
+        catalog.build(graph, options.graph == "default" ? catalog.defaultGraph({})
+                                                        : GraphDescription::load(options.graph));
+        node = graph.node(options.node);
+        if (!node)
+            throw GraphFileError("the graph has no node '" + options.node + "'");
     }
-    std::printf("Gate: destroyed through destroy_Gate\n");
-}
-
-// A small Bayer frame: a red field on the left half, a blue one on the right.
-Utils::Variant syntheticBayerFrame(uint32_t width, uint32_t height)
-{
-    std::vector<uint8_t> pixels(size_t{width} * height);
-    for (uint32_t y = 0; y < height; ++y)
-        for (uint32_t x = 0; x < width; ++x)
-        {
-            const bool redSite = y % 2 == 0 && x % 2 == 0;
-            const bool blueSite = y % 2 == 1 && x % 2 == 1;
-            const bool leftHalf = x < width / 2;
-            pixels[size_t{y} * width + x] = (leftHalf && redSite) || (!leftHalf && blueSite) ? 200 : 20;
-        }
-    Utils::Variant frame;
-    frame.setData(Utils::COWPtr<Core::IImage>(new Core::Image(
-        pixels.data(), pixels.size(), Tarvik::PixelType_BayerRG8, width, height, 0, 0, nullptr, nullptr)));
-    return frame;
-}
-
-void runConverter(const PackageLoader& package)
-{
-    std::printf("Converter: created through create_Converter\n");
-    const std::shared_ptr<Core::INode> converter = package.createNode("Converter");
-    const uint32_t width = 64;
-    const uint32_t height = 48;
-    const Core::UpdateOutputs outputs =
-        converter->run(nullptr, {{"Image", syntheticBayerFrame(width, height)}});
-    const auto converted =
-        outputs.begin()->second.at("ImageConverted").get<Utils::COWPtr<Core::IImage>>(true);
-    if (converted->hasError(false))
-    {
-        std::printf("  ImageConverted carries an error: %s\n",
-                    converted->getError(false)->getDescription().c_str());
-        return;
-    }
-    const auto* const bgra = static_cast<const uint8_t*>(converted->getImageData().data);
-    const size_t stride = size_t{width} * 4 + converted->getImageData().paddingX;
-    for (const uint32_t x : {width / 4, width * 3 / 4})
-    {
-        const uint8_t* const pixel = bgra + size_t{height / 2} * stride + size_t{x} * 4;
-        std::printf("  BayerRG8 %ux%u -> pixel type 0x%08X, pixel (%u,%u) B=%u G=%u R=%u A=%u\n", width,
-                    height, static_cast<unsigned>(converted->getPixelType()), x, height / 2, pixel[0],
-                    pixel[1], pixel[2], pixel[3]);
-    }
-    std::printf("Converter: destroyed through destroy_Converter\n");
-}
-
-int demo(const std::string& packagePath)
-{
-    const PackageLoader package(packagePath);
-    std::printf("Package: %s (interface version %d)\n", packagePath.c_str(), package.interfaceVersion());
-    printModules(package.manifest());
-    runGate(package);
-    runConverter(package);
-    return 0;
-}
-
-int usage()
-{
-    std::fprintf(stderr, "usage: tessal-host demo [--package PATH]\n");
-    return 2;
-}
-
-} // namespace
-
-int main(int argc, char** argv)
-{
-    const std::vector<std::string> arguments(argv + 1, argv + argc);
-    if (arguments.empty() || arguments[0] != "demo")
-        return usage();
-    std::string packagePath = defaultPackagePath();
-    for (size_t i = 1; i < arguments.size(); ++i)
-    {
-        if (arguments[i] == "--package" && i + 1 < arguments.size())
-            packagePath = arguments[++i];
-        else
-            return usage();
-    }
+    if (!options.load.empty())
+        loadSettings(*node, options.load);
     try
     {
-        return demo(packagePath);
+        if (options.set)
+            setFeature(*node, options.feature, options.value);
+        if (options.get || options.set)
+            std::printf("%s = %s\n", options.feature.c_str(), getFeature(*node, options.feature).c_str());
+        else
+            std::printf("%s", featureTable(listFeatures(*node)).c_str());
+    }
+    catch (const GenICam::GenericException& e)
+    {
+        // The node map refused the request: a value out of range, a feature not writable.
+        throw std::invalid_argument(e.GetDescription());
+    }
+    if (!options.save.empty())
+        saveSettings(*node, options.save);
+    return int{exitDone};
+}
+
+int execute(const std::function<int()>& body)
+{
+    try
+    {
+        return body();
+    }
+    catch (const PackageError& e)
+    {
+        std::fprintf(stderr, "tessal-host: %s\n", e.what());
+        return exitCannotOpen;
+    }
+    catch (const GraphFileError& e)
+    {
+        std::fprintf(stderr, "tessal-host: %s\n", e.what());
+        return exitBadInput;
+    }
+    catch (const std::invalid_argument& e)
+    {
+        std::fprintf(stderr, "tessal-host: %s\n", e.what());
+        return exitBadInput;
     }
     catch (const GenICam::GenericException& e)
     {
@@ -165,5 +129,117 @@ int main(int argc, char** argv)
     {
         std::fprintf(stderr, "tessal-host: %s\n", e.what());
     }
-    return 1;
+    return exitFailed;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    CLI::App app{"tessal-host: loads the Tessal package through its exports and runs camera graphs"};
+    app.require_subcommand(1);
+    std::string packagePath = defaultPackagePath();
+    app.add_option("--package", packagePath, "The package library to load")->capture_default_str();
+
+    RunOptions runOptions;
+    std::string output;
+    std::string graphFile;
+    CLI::App* const run = app.add_subcommand("run", "Run a graph file on its frame sources");
+    run->add_option("graph", graphFile, "The graph file (JSON)")->required();
+    addRunOptions(*run, runOptions, output);
+
+    DefaultGraphOptions demoOptions;
+    demoOptions.camera = {1920, 1200, Tarvik::PixelType_BayerRG8, 0.1, 0.05};
+    std::string demoFormat = "BayerRG8";
+    RunOptions demoRun;
+    demoRun.frames = 300;
+    std::string demoOutput;
+    CLI::App* const demo = app.add_subcommand("demo", "Run the default graph on the synthetic camera");
+    addRunOptions(*demo, demoRun, demoOutput);
+    demo->add_option("--width", demoOptions.camera.width, "Frame width")->capture_default_str();
+    demo->add_option("--height", demoOptions.camera.height, "Frame height")->capture_default_str();
+    demo->add_option("--pixel-format", demoFormat, "Pixel format of the camera")->capture_default_str();
+    demo->add_option("--compressed-share", demoOptions.camera.compressedShare, "Share of compressed frames")
+        ->capture_default_str()
+        ->check(CLI::Range(0.0, 1.0));
+    demo->add_option("--failed-share", demoOptions.camera.failedShare, "Share of failed frames")
+        ->capture_default_str()
+        ->check(CLI::Range(0.0, 1.0));
+    bool noFixImage = false;
+    demo->add_flag("--no-fix-image", noFixImage, "Leave failed frames unrepaired (\"FixImage\" off)");
+    demo->add_option("--display-fps", demoOptions.displayFps, "Rate limit of the display's Decoupler")
+        ->capture_default_str();
+    demo->add_option("--print-graph", graphFile,
+                     "Write the default graph as a graph file to this path and stop");
+
+    NodemapOptions nodemapOptions;
+    CLI::App* const nodemap = app.add_subcommand(
+        "nodemap", "List, get and set the node-map features of a node; save and load its settings");
+    nodemap->add_option("--module", nodemapOptions.module, "A fresh node of this module");
+    nodemap->add_option("--graph", nodemapOptions.graph,
+                        "A graph file, or \"default\" for the default graph");
+    nodemap->add_option("--node", nodemapOptions.node, "The node of the graph");
+    nodemap->add_option("--load", nodemapOptions.load, "Load the node's settings from this JSON file first");
+    nodemap->add_option("--save", nodemapOptions.save, "Save the node's settings to this JSON file last");
+    nodemap->fallthrough();
+    nodemap->require_subcommand(0, 1);
+    nodemap->add_subcommand("list", "List the features (the default)");
+    CLI::App* const get = nodemap->add_subcommand("get", "Print a feature's value");
+    get->add_option("feature", nodemapOptions.feature, "The feature")->required();
+    CLI::App* const set = nodemap->add_subcommand("set", "Write a feature, then print it");
+    set->add_option("feature", nodemapOptions.feature, "The feature")->required();
+    set->add_option("value", nodemapOptions.value, "The value, as text")->required();
+
+    try
+    {
+        app.parse(argc, argv);
+    }
+    catch (const CLI::ParseError& e)
+    {
+        const int code = app.exit(e);
+        return code == 0 ? exitDone : exitBadInput;
+    }
+
+    return execute(
+        [&]
+        {
+            const PackageLoader package(packagePath);
+            const ModuleCatalog catalog(package);
+            if (*nodemap)
+            {
+                nodemapOptions.get = get->parsed();
+                nodemapOptions.set = set->parsed();
+                return nodemapCommand(catalog, nodemapOptions);
+            }
+            if (*run)
+            {
+                runOptions.outputFolder =
+                    output.empty() ? defaultOutputFolder("run") : std::filesystem::path(output);
+                return runGraph(catalog, GraphDescription::load(graphFile), runOptions);
+            }
+            demoOptions.camera.pixelType =
+                Tarvik::CPixelTypeMapper::GetTarvikPixelTypeByName(demoFormat.c_str());
+            if (demoOptions.camera.pixelType == Tarvik::PixelType_Undefined)
+                throw GraphFileError("unknown pixel format \"" + demoFormat + "\"");
+            demoOptions.fixImage = !noFixImage;
+            const GraphDescription graph = catalog.defaultGraph(demoOptions);
+            if (!graphFile.empty())
+            {
+                std::FILE* const file = std::fopen(graphFile.c_str(), "w");
+                if (!file)
+                    throw std::runtime_error("cannot write " + graphFile);
+                std::fprintf(file, "%s\n", graph.toJson().dump(2).c_str());
+                std::fclose(file);
+                return int{exitDone};
+            }
+            demoRun.outputFolder =
+                demoOutput.empty() ? defaultOutputFolder("demo") : std::filesystem::path(demoOutput);
+            std::printf("Package %s: modules", package.path().c_str());
+            for (const std::string& module : catalog.moduleNames())
+                std::printf(" %s", module.c_str());
+            std::printf("\nDefault graph on the synthetic camera, %ux%u %s, %llu frames\n",
+                        demoOptions.camera.width, demoOptions.camera.height, demoFormat.c_str(),
+                        static_cast<unsigned long long>(demoRun.frames));
+            return runGraph(catalog, graph, demoRun);
+        });
 }

@@ -1,0 +1,188 @@
+#include "modulecatalog.h"
+
+#include "displaysink.h"
+
+#include <TarvikDataProcessingCore/core/MemorySettings.h>
+
+#include <TarvikBase/PixelTypeMapper.h>
+
+using namespace Tarvik::DataProcessing;
+
+namespace
+{
+
+template <typename T>
+T setting(const nlohmann::json& settings, const char* key, T fallback, const std::string& node)
+{
+    const auto found = settings.find(key);
+    if (found == settings.end())
+        return fallback;
+    try
+    {
+        return found->get<T>();
+    }
+    catch (const nlohmann::json::exception&)
+    {
+        throw GraphFileError("node '" + node + "': setting \"" + key + "\" has the wrong type");
+    }
+}
+
+SyntheticCameraSettings cameraSettings(const GraphDescription::Node& node)
+{
+    SyntheticCameraSettings camera;
+    camera.width = setting<uint32_t>(node.settings, "Width", camera.width, node.name);
+    camera.height = setting<uint32_t>(node.settings, "Height", camera.height, node.name);
+    const std::string format = setting<std::string>(
+        node.settings, "PixelFormat",
+        Tarvik::CPixelTypeMapper::GetNameByTarvikPixelType(camera.pixelType).c_str(), node.name);
+    camera.pixelType = Tarvik::CPixelTypeMapper::GetTarvikPixelTypeByName(format.c_str());
+    if (camera.pixelType == Tarvik::PixelType_Undefined)
+        throw GraphFileError("node '" + node.name + "': unknown pixel format \"" + format + "\"");
+    camera.compressedShare =
+        setting<double>(node.settings, "CompressedShare", camera.compressedShare, node.name);
+    camera.failedShare = setting<double>(node.settings, "FailedShare", camera.failedShare, node.name);
+    return camera;
+}
+
+nlohmann::json cameraJson(const SyntheticCameraSettings& camera)
+{
+    return {{"Width", camera.width},
+            {"Height", camera.height},
+            {"PixelFormat", Tarvik::CPixelTypeMapper::GetNameByTarvikPixelType(camera.pixelType).c_str()},
+            {"CompressedShare", camera.compressedShare},
+            {"FailedShare", camera.failedShare}};
+}
+
+} // namespace
+
+ModuleCatalog::ModuleCatalog(const PackageLoader& package)
+    : m_package(package)
+{
+}
+
+bool ModuleCatalog::offers(const std::string& module) const
+{
+    if (module == cameraModule || module == displayModule)
+        return true;
+    return m_package.hasModule(module) && m_package.symbol(("create_" + module).c_str()) &&
+           m_package.symbol(("destroy_" + module).c_str());
+}
+
+std::vector<std::string> ModuleCatalog::moduleNames() const
+{
+    std::vector<std::string> names;
+    for (const std::string& module : m_package.moduleNames())
+        if (offers(module))
+            names.push_back(module);
+    names.emplace_back(cameraModule);
+    names.emplace_back(displayModule);
+    return names;
+}
+
+std::shared_ptr<Core::INode> ModuleCatalog::create(const GraphDescription::Node& node,
+                                                   const std::shared_ptr<Core::IResourcePool>& pool) const
+{
+    if (!offers(node.module))
+    {
+        std::string known;
+        for (const std::string& module : moduleNames())
+            known += (known.empty() ? "" : ", ") + module;
+        throw GraphFileError("node '" + node.name + "': unknown module \"" + node.module +
+                             "\" (known: " + known + ")");
+    }
+    try
+    {
+        if (node.module == cameraModule)
+            return std::make_shared<SyntheticCamera>(pool, cameraSettings(node));
+        if (node.module == displayModule)
+            return std::make_shared<DisplaySink>(pool);
+        std::shared_ptr<Core::INode> created = m_package.createNode(node.module, pool);
+        auto settings = std::make_shared<Core::MemorySettings>();
+        settings->fromJson(node.settings.dump());
+        created->load(settings);
+        return created;
+    }
+    catch (const GenICam::GenericException& e)
+    {
+        throw GraphFileError("node '" + node.name + "': " + e.GetDescription());
+    }
+    catch (const std::invalid_argument& e)
+    {
+        throw GraphFileError("node '" + node.name + "': " + e.what());
+    }
+}
+
+void ModuleCatalog::build(Core::Graph& graph, const GraphDescription& description) const
+{
+    try
+    {
+        for (const GraphDescription::Node& node : description.nodes)
+            graph.addNode(node.name, create(node, graph.resourcePool()));
+        for (const GraphDescription::Edge& edge : description.edges)
+            graph.connect(edge.from, edge.to);
+        graph.build();
+    }
+    catch (const GenICam::GenericException& e)
+    {
+        throw GraphFileError(e.GetDescription());
+    }
+}
+
+GraphDescription ModuleCatalog::defaultGraph(const DefaultGraphOptions& options) const
+{
+    GraphDescription graph;
+    const auto add =
+        [&](const char* name, const char* module, nlohmann::json settings = nlohmann::json::object())
+    {
+        if (!offers(module))
+            return false;
+        graph.nodes.push_back({name, module, std::move(settings)});
+        return true;
+    };
+    const auto edge = [&](const std::string& from, const std::string& to)
+    {
+        const size_t fromDot = from.find('.');
+        const size_t toDot = to.find('.');
+        graph.edges.push_back({{from.substr(0, fromDot), from.substr(fromDot + 1)},
+                               {to.substr(0, toDot), to.substr(toDot + 1)}});
+    };
+    const uint32_t width = options.camera.width;
+    const uint32_t height = options.camera.height;
+
+    add("camera", cameraModule, cameraJson(options.camera));
+    add("converter", "Converter");
+    if (add("decompressor", "Decompressor", {{"FixImage", options.fixImage}}))
+    {
+        edge("camera.GrabResult", "decompressor.GrabResult");
+        edge("camera.CompressionDescriptor", "decompressor.CompressionDescriptor");
+        edge("camera.PixelFormat", "decompressor.RepairHintPixelFormat");
+        edge("camera.Width", "decompressor.RepairHintWidth");
+        edge("camera.Height", "decompressor.RepairHintHeight");
+        edge("camera.PayloadSize", "decompressor.RepairHintPayloadSizeCamera");
+        edge("decompressor.Image", "converter.Image");
+    }
+    else
+        edge("camera.Image", "converter.Image");
+    if (add("histogram", "HistogramExtractor"))
+        edge("converter.Image", "histogram.Image");
+    if (add("sharpness", "SharpnessExtractor",
+            {{"AoiLeft", width / 4},
+             {"AoiTop", height / 4},
+             {"AoiWidth", width / 2},
+             {"AoiHeight", height / 2}}))
+        edge("converter.Image", "sharpness.Image");
+    add("display", displayModule);
+    std::string toDisplay = "converter.ImageConverted";
+    if (add("gate", "Gate", {{"Enable", true}}))
+    {
+        edge(toDisplay, "gate.GenericInput");
+        toDisplay = "gate.GenericOutput";
+    }
+    if (add("decoupler", "Decoupler", {{"ThrottleMode", true}, {"Fps", options.displayFps}}))
+    {
+        edge(toDisplay, "decoupler.GenericInput");
+        toDisplay = "decoupler.GenericOutput";
+    }
+    edge(toDisplay, "display.Image");
+    return graph;
+}
