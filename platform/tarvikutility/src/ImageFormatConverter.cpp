@@ -164,8 +164,22 @@ void CImageFormatConverter::Convert(CTarvikImage& target, const CTarvikImage& so
     const ImageFormatConverterSettings settings = m_impl->settings.Snapshot();
     CheckConversion(settings, source.GetPixelType(), source.GetWidth(), source.GetHeight(),
                     source.GetOrientation());
-    // Converted into a new image first: a failure leaves `target` alone, and
-    // `target` may be `source` itself.
+    // A target that owns a buffer of the very layout, apart from the source's,
+    // is written in place: a caller that converts frame after frame keeps one buffer.
+    const bool reusable =
+        target.IsValid() && !target.IsUserBufferAttached() && target.GetBuffer() != source.GetBuffer() &&
+        target.GetPixelType() == settings.outputPixelFormat && target.GetWidth() == source.GetWidth() &&
+        target.GetHeight() == source.GetHeight() && target.GetPaddingX() == settings.outputPaddingX &&
+        target.GetOrientation() == settings.outputOrientation;
+    if (reusable)
+    {
+        ConvertWith(settings, target.GetBuffer(), target.GetBufferSize(), source.GetBuffer(),
+                    source.GetBufferSize(), source.GetPixelType(), source.GetWidth(), source.GetHeight(),
+                    source.GetPaddingX(), source.GetOrientation());
+        return;
+    }
+    // Otherwise converted into a new image first: a failure leaves `target`
+    // alone, and `target` may be `source` itself.
     CTarvikImage converted(settings.outputPixelFormat, source.GetWidth(), source.GetHeight(),
                            settings.outputPaddingX, settings.outputOrientation);
     ConvertWith(settings, converted.GetBuffer(), converted.GetBufferSize(), source.GetBuffer(),

@@ -2,6 +2,7 @@
 
 #include "runguard.h"
 #include "tessalnames.h"
+#include "tessalnodemap.h"
 
 #include <TarvikDataProcessingCore/core/Image.h>
 #include <TarvikDataProcessingCore/core/ScalarValues.h>
@@ -14,9 +15,7 @@
 #include <TarvikViewerDataTypes2/CompressionDescriptor.h>
 #include <TarvikViewerDataTypes2/GrabResult.h>
 
-#include <AnythingToNodeMapAdapter/AnythingToNodeMapAdapter.h>
 #include <AnythingToNodeMapAdapter/BooleanParameterPortRelay.h>
-#include <AnythingToNodeMapAdapter/CategoryParameterPort.h>
 
 #include <tarvikdataprocessingcore/threading/uniquelock_impl.h>
 #include <tarvikdataprocessingcore/utils/signal_impl.h>
@@ -137,15 +136,10 @@ Decompressor::Decompressor(const std::shared_ptr<Core::IResourcePool>& resourceP
 
     {
         Threading::ScopedLock guard(*m_impl->lock);
-        auto& adapter = m_impl->adapter;
-        adapter.addParameterPort(std::make_shared<AnythingToNodeMapAdapter::CategoryParameterPort>("Root"),
-                                 0);
         m_impl->fixImagePort = std::make_shared<Impl::FixImagePort>(
             this, DecompressorNames::FixImage, "Fix image", "Fix image enabled", "Fix image enabled",
             "Expert", true, true, true, true);
-        adapter.addParameterPort(m_impl->fixImagePort, 0);
-        adapter.addRelation("Feature", "Root", DecompressorNames::FixImage);
-        adapter.createNodeMap(&m_impl->lock->getLock(), "", "");
+        Detail::publishParameters(m_impl->adapter, *m_impl->lock, m_impl->fixImagePort);
     }
     m_impl->nodeMapsChanged();
 }
@@ -320,7 +314,7 @@ void Decompressor::save(const std::shared_ptr<Core::ISettings>& settings)
 
 std::vector<std::pair<GenICam::gcstring, GenApi::INodeMap*>> Decompressor::getNodeMaps()
 {
-    return {{"@Tessal", m_impl->adapter.getNodeMap()}};
+    return Detail::tessalNodeMaps(m_impl->adapter);
 }
 
 Utils::ISignal<void()>& Decompressor::getNodeMapsChangedSignal()

@@ -4,6 +4,7 @@
 #include "runguard.h"
 #include "sharpnessmeasurement.h"
 #include "tessalnames.h"
+#include "tessalnodemap.h"
 
 #include <TarvikDataProcessingCore/core/IImage.h>
 #include <TarvikDataProcessingCore/core/ScalarValues.h>
@@ -14,8 +15,6 @@
 #include <TarvikUtility/ImageFormatConverter.h>
 #include <TarvikUtility/TarvikImage.h>
 
-#include <AnythingToNodeMapAdapter/AnythingToNodeMapAdapter.h>
-#include <AnythingToNodeMapAdapter/CategoryParameterPort.h>
 #include <AnythingToNodeMapAdapter/IntegerParameterPortRelay.h>
 
 #include <tarvikdataprocessingcore/threading/uniquelock_impl.h>
@@ -107,41 +106,11 @@ struct SharpnessExtractor::Impl
 namespace
 {
 
-// Stores a new value and tells the parameter's observer, under the node's lock.
-template <typename Port>
-void storeAndNotify(Threading::RecursiveCLock& lock, int64_t& field, int64_t value, Port& port)
-{
-    Threading::ScopedLock guard(lock);
-    if (field == value)
-        return;
-    field = value;
-    port.notifyObserver();
-}
-
 template <typename Relay>
-std::shared_ptr<Relay> addAoiPort(AnythingToNodeMapAdapter::CAnythingToNodeMapAdapter& adapter,
-                                  SharpnessExtractor* node, const GenICam::gcstring& name, const char* text)
+std::shared_ptr<Relay> makeAoiPort(SharpnessExtractor* node, const GenICam::gcstring& name, const char* text)
 {
-    auto port = std::make_shared<Relay>(node, name, text, text, text, "Guru", true, true, true, true, 0,
-                                        std::numeric_limits<int64_t>::max(), 1, "PureNumber");
-    adapter.addParameterPort(port, 0);
-    adapter.addRelation("Feature", "Root", name);
-    return port;
-}
-
-// Gives `target` the conversion of `view` into `format`, reusing its buffer when the layout allows.
-void convertInto(Tarvik::CImageFormatConverter& converter, Tarvik::CTarvikImage& target,
-                 const Tarvik::CTarvikImage& view, Tarvik::EPixelType format)
-{
-    converter.OutputPixelFormat.SetValue(format);
-    const uint32_t width = view.GetWidth();
-    const uint32_t height = view.GetHeight();
-    if (!target.IsValid() || target.GetPixelType() != format || target.GetWidth() != width ||
-        target.GetHeight() != height)
-        target.ResetImage(format, width, height);
-    converter.Convert(target.GetBuffer(), target.GetBufferSize(), view.GetBuffer(), view.GetBufferSize(),
-                      view.GetPixelType(), width, height, view.GetPaddingX(),
-                      Tarvik::ImageOrientation_TopDown);
+    return std::make_shared<Relay>(node, name, text, text, text, "Guru", true, true, true, true, 0,
+                                   std::numeric_limits<int64_t>::max(), 1, "PureNumber");
 }
 
 // The AOI as run() copied it, already checked against the image.
@@ -184,15 +153,12 @@ SharpnessExtractor::SharpnessExtractor(const std::shared_ptr<Core::IResourcePool
 
     m_impl->converter.MaxNumThreads.SetValue(1);
 
-    AnythingToNodeMapAdapter::CAnythingToNodeMapAdapter& adapter = m_impl->adapter;
-    adapter.addParameterPort(std::make_shared<AnythingToNodeMapAdapter::CategoryParameterPort>("Root"), 0);
-    m_impl->leftPort = addAoiPort<LeftRelay>(adapter, this, SharpnessNames::AoiLeft, "Area of interest left");
-    m_impl->topPort = addAoiPort<TopRelay>(adapter, this, SharpnessNames::AoiTop, "Area of interest top");
-    m_impl->widthPort =
-        addAoiPort<WidthRelay>(adapter, this, SharpnessNames::AoiWidth, "Area of interest width");
-    m_impl->heightPort =
-        addAoiPort<HeightRelay>(adapter, this, SharpnessNames::AoiHeight, "Area of interest height");
-    adapter.createNodeMap(&m_impl->lock->getLock(), "", "");
+    m_impl->leftPort = makeAoiPort<LeftRelay>(this, SharpnessNames::AoiLeft, "Area of interest left");
+    m_impl->topPort = makeAoiPort<TopRelay>(this, SharpnessNames::AoiTop, "Area of interest top");
+    m_impl->widthPort = makeAoiPort<WidthRelay>(this, SharpnessNames::AoiWidth, "Area of interest width");
+    m_impl->heightPort = makeAoiPort<HeightRelay>(this, SharpnessNames::AoiHeight, "Area of interest height");
+    Detail::publishParameters(m_impl->adapter, *m_impl->lock, m_impl->leftPort, m_impl->topPort,
+                              m_impl->widthPort, m_impl->heightPort);
 }
 
 SharpnessExtractor::~SharpnessExtractor()
@@ -293,7 +259,8 @@ Core::ValueMap SharpnessExtractor::extract(Core::ValueMap& inputs)
     const Tarvik::CTarvikImage* measured = &view;
     if (format != Tarvik::PixelType_Undefined)
     {
-        convertInto(m_impl->converter, m_impl->targetImage, view, format);
+        m_impl->converter.OutputPixelFormat.SetValue(format);
+        m_impl->converter.Convert(m_impl->targetImage, view);
         measured = &m_impl->targetImage;
     }
     m_impl->sums = Detail::measureSharpness(regionOf(*measured, aoi));
@@ -309,7 +276,7 @@ int64_t SharpnessExtractor::getAoiLeft() const
 
 void SharpnessExtractor::setAoiLeft(int64_t value)
 {
-    storeAndNotify(*m_impl->lock, m_impl->aoiLeft, value, *m_impl->leftPort);
+    Detail::storeAndNotify(*m_impl->lock, m_impl->aoiLeft, value, *m_impl->leftPort);
 }
 
 int64_t SharpnessExtractor::getAoiTop() const
@@ -320,7 +287,7 @@ int64_t SharpnessExtractor::getAoiTop() const
 
 void SharpnessExtractor::setAoiTop(int64_t value)
 {
-    storeAndNotify(*m_impl->lock, m_impl->aoiTop, value, *m_impl->topPort);
+    Detail::storeAndNotify(*m_impl->lock, m_impl->aoiTop, value, *m_impl->topPort);
 }
 
 int64_t SharpnessExtractor::getAoiWidth() const
@@ -331,7 +298,7 @@ int64_t SharpnessExtractor::getAoiWidth() const
 
 void SharpnessExtractor::setAoiWidth(int64_t value)
 {
-    storeAndNotify(*m_impl->lock, m_impl->aoiWidth, value, *m_impl->widthPort);
+    Detail::storeAndNotify(*m_impl->lock, m_impl->aoiWidth, value, *m_impl->widthPort);
 }
 
 int64_t SharpnessExtractor::getAoiHeight() const
@@ -342,7 +309,7 @@ int64_t SharpnessExtractor::getAoiHeight() const
 
 void SharpnessExtractor::setAoiHeight(int64_t value)
 {
-    storeAndNotify(*m_impl->lock, m_impl->aoiHeight, value, *m_impl->heightPort);
+    Detail::storeAndNotify(*m_impl->lock, m_impl->aoiHeight, value, *m_impl->heightPort);
 }
 
 void SharpnessExtractor::load(const std::shared_ptr<Core::ISettings>& settings)
@@ -372,7 +339,7 @@ void SharpnessExtractor::save(const std::shared_ptr<Core::ISettings>& settings)
 std::vector<std::pair<GenICam::gcstring, GenApi::INodeMap*>> SharpnessExtractor::getNodeMaps()
 {
     Threading::ScopedLock guard(*m_impl->lock);
-    return {{"@Tessal", m_impl->adapter.getNodeMap()}};
+    return Detail::tessalNodeMaps(m_impl->adapter);
 }
 
 Utils::ISignal<void()>& SharpnessExtractor::getNodeMapsChangedSignal()

@@ -26,8 +26,8 @@
 //   samples, the same figure, no copy.
 // - The input's pixels are only read: the image is taken through its read-only
 //   view, so that an image shared with other nodes is not copied for writing.
-// - The converted image keeps its buffer from run to run and gets a new one only
-//   when the format or the size of the input changes.
+// - The converted image stays a member from run to run; the format converter
+//   writes it in place while the format and the size of the input stay the same.
 #pragma once
 
 #include <TarvikDataProcessingCore/core/AdvancedNode.h>

@@ -86,7 +86,8 @@ public:
                  EImageOrientation sourceOrientation = ImageOrientation_TopDown);
 
     // Converts `source` into `target`, which gets a buffer of its own in the
-    // output format, padding and orientation.
+    // output format, padding and orientation. A target that already owns a
+    // buffer of that layout, apart from the source's, is written in place.
     void Convert(CTarvikImage& target, const CTarvikImage& source);
 
     // Bytes a target of the current output format and padding needs.
