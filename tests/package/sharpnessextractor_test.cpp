@@ -61,15 +61,18 @@ private:
 class ClaimingImage : public Core::IImage
 {
 public:
-    ClaimingImage(EPixelType type, uint32_t width, uint32_t height, std::vector<uint8_t> bytes)
+    ClaimingImage(EPixelType type, uint32_t width, uint32_t height, std::vector<uint8_t> bytes,
+                  std::shared_ptr<Core::IError> innerError = nullptr)
         : m_type(type)
         , m_width(width)
         , m_height(height)
         , m_bytes(std::move(bytes))
+        , m_innerError(std::move(innerError))
     {
     }
-    bool hasError(bool) const override { return false; }
-    std::shared_ptr<Core::IError> getError(bool) const override { return nullptr; }
+    // An error of a part of the image, which only the recursive question finds.
+    bool hasError(bool recursive) const override { return recursive && m_innerError; }
+    std::shared_ptr<Core::IError> getError(bool) const override { return m_innerError; }
     EPixelType getPixelType() const override { return m_type; }
     uint32_t getWidth() const override { return m_width; }
     uint32_t getHeight() const override { return m_height; }
@@ -88,6 +91,7 @@ private:
     uint32_t m_width;
     uint32_t m_height;
     std::vector<uint8_t> m_bytes;
+    std::shared_ptr<Core::IError> m_innerError;
 };
 
 const Utils::TypeRegistrar<ClaimingImage, Utils::DirectBase<Core::IImage>, Utils::IndirectBase<Core::IValue>,
@@ -301,6 +305,10 @@ TEST_F(SharpnessExtractorTest, ForeignValuesErrorsAndBadBuffersEndWithoutALogLin
     Utils::Variant broken;
     broken.setData(Utils::COWPtr<Core::IImage>(new Core::Image(error, nullptr)));
     EXPECT_EQ(sharpness(run({{"Image", broken}}))->getError(false), error);
+    Utils::Variant partlyBroken;
+    partlyBroken.setData(Utils::COWPtr<Core::IImage>(
+        new ClaimingImage(Tarvik::PixelType_Mono8, 8, 8, std::vector<uint8_t>(64), error)));
+    EXPECT_EQ(sharpness(run({{"Image", partlyBroken}}))->getError(false), error);
 
     // Images that claim more than their buffers hold, or no known format: refused, never read beyond.
     for (const Utils::Variant& claim :
