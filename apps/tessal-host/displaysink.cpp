@@ -3,7 +3,7 @@
 using namespace Tarvik::DataProcessing;
 
 DisplaySink::DisplaySink(const std::shared_ptr<Core::IResourcePool>& resourcePool)
-    : AdvancedNode(resourcePool)
+    : HostNode(resourcePool)
 {
     createInput("Image", "The image to show", Utils::TypeInfo::get<Core::IImage>(true), false, ~uint64_t{0});
 }
@@ -11,11 +11,6 @@ DisplaySink::DisplaySink(const std::shared_ptr<Core::IResourcePool>& resourcePoo
 DisplaySink::~DisplaySink()
 {
     cleanup();
-}
-
-Utils::TypeInfo DisplaySink::getTypeInfo(bool mustExist) const
-{
-    return Utils::TypeInfo::get<DisplaySink>(mustExist);
 }
 
 Core::UpdateOutputs DisplaySink::run(const std::shared_ptr<Core::IGraphUpdate>& update, Core::ValueMap inputs)

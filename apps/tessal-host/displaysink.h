@@ -5,12 +5,13 @@
 // Not thread-safe: the graph's thread runs it.
 #pragma once
 
-#include <TarvikDataProcessingCore/core/AdvancedNode.h>
+#include "hostnode.h"
+
 #include <TarvikDataProcessingCore/core/IImage.h>
 
 #include <functional>
 
-class DisplaySink : public Tarvik::DataProcessing::Core::AdvancedNode
+class DisplaySink : public HostNode<DisplaySink>
 {
 public:
     using Image = Tarvik::DataProcessing::Utils::COWPtr<Tarvik::DataProcessing::Core::IImage>;
@@ -22,18 +23,10 @@ public:
 
     void setViewer(Viewer viewer) { m_viewer = std::move(viewer); }
 
-    Tarvik::DataProcessing::Utils::TypeInfo getTypeInfo(bool mustExist) const override;
-    const void* getRawPointer() const override { return this; }
-    void* getRawPointer() override { return this; }
-    bool isSynchronous() const override { return true; }
-
     // Hands a valid image to the viewer; gives no outputs.
     Tarvik::DataProcessing::Core::UpdateOutputs
     run(const std::shared_ptr<Tarvik::DataProcessing::Core::IGraphUpdate>& update,
         Tarvik::DataProcessing::Core::ValueMap inputs) override;
-
-    void load(const std::shared_ptr<Tarvik::DataProcessing::Core::ISettings>&) override {}
-    void save(const std::shared_ptr<Tarvik::DataProcessing::Core::ISettings>&) override {}
 
 private:
     Viewer m_viewer;

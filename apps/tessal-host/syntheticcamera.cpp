@@ -35,7 +35,7 @@ bool crosses(uint64_t frame, double share, double offset)
 
 SyntheticCamera::SyntheticCamera(const std::shared_ptr<Core::IResourcePool>& resourcePool,
                                  const SyntheticCameraSettings& settings)
-    : AdvancedNode(resourcePool)
+    : HostNode(resourcePool)
     , m_settings(settings)
     , m_scene(settings.width, settings.height, settings.pixelType)
 {
@@ -66,11 +66,6 @@ SyntheticCamera::SyntheticCamera(const std::shared_ptr<Core::IResourcePool>& res
 SyntheticCamera::~SyntheticCamera()
 {
     cleanup();
-}
-
-Utils::TypeInfo SyntheticCamera::getTypeInfo(bool mustExist) const
-{
-    return Utils::TypeInfo::get<SyntheticCamera>(mustExist);
 }
 
 SyntheticCamera::FrameKind SyntheticCamera::kindOf(uint64_t frame) const

@@ -16,9 +16,8 @@
 // Not thread-safe: the graph's thread runs it.
 #pragma once
 
+#include "hostnode.h"
 #include "syntheticscene.h"
-
-#include <TarvikDataProcessingCore/core/AdvancedNode.h>
 
 #include <TarvikUtility/ImageCompressor.h>
 
@@ -35,7 +34,7 @@ struct SyntheticCameraSettings
     double failedShare = 0.0;
 };
 
-class SyntheticCamera : public Tarvik::DataProcessing::Core::AdvancedNode
+class SyntheticCamera : public HostNode<SyntheticCamera>
 {
 public:
     enum class FrameKind
@@ -50,18 +49,9 @@ public:
                     const SyntheticCameraSettings& settings);
     ~SyntheticCamera() override;
 
-    Tarvik::DataProcessing::Utils::TypeInfo getTypeInfo(bool mustExist) const override;
-    const void* getRawPointer() const override { return this; }
-    void* getRawPointer() override { return this; }
-    bool isSynchronous() const override { return true; }
-
     Tarvik::DataProcessing::Core::UpdateOutputs
     run(const std::shared_ptr<Tarvik::DataProcessing::Core::IGraphUpdate>& update,
         Tarvik::DataProcessing::Core::ValueMap inputs) override;
-
-    // The camera is set up by its graph file, not through settings.
-    void load(const std::shared_ptr<Tarvik::DataProcessing::Core::ISettings>&) override {}
-    void save(const std::shared_ptr<Tarvik::DataProcessing::Core::ISettings>&) override {}
 
     const SyntheticScene& scene() const { return m_scene; }
     FrameKind kindOf(uint64_t frame) const;
