@@ -3,8 +3,7 @@
 //   Run/Converter/<Format>/<width>x<height>/{tessal,memcpy}
 // The node's run checks the input, allocates the output from the buffer
 // provider and converts; the conversion is most of it.
-#include "built_package.h"
-#include "packageloader.h"
+#include "node_run_support.h"
 
 #include <TarvikBase/PixelType.h>
 #include <TarvikBase/PixelTypeMapper.h>
@@ -19,6 +18,8 @@
 #include <vector>
 
 using namespace Tarvik::DataProcessing;
+using NodeRunSupport::NullUpdate;
+using NodeRunSupport::package;
 
 namespace
 {
@@ -42,20 +43,6 @@ struct Size
 };
 
 const Size kSizes[] = {{1920, 1200}, {4096, 3000}};
-
-// The package stays loaded for the whole process: node objects outlive no run.
-PackageLoader& package()
-{
-    static PackageLoader loader(builtPackagePath());
-    return loader;
-}
-
-struct NullUpdate : Core::IGraphUpdate
-{
-    uint64_t getId() const override { return 1; }
-    const std::vector<std::shared_ptr<IGraphUpdate>>& getParents() const override { return parents; }
-    std::vector<std::shared_ptr<IGraphUpdate>> parents;
-};
 
 // Random bytes from a fixed seed: every packed sample is a valid one.
 Utils::COWPtr<Core::IImage> randomImage(Tarvik::EPixelType type, const Size& size)

@@ -9,8 +9,7 @@
 //   Run/<Format>/4096x3000/smooth/{tessal,sampling}: the node's whole run through
 //     the package (check, count, build one Integer per bin) beside its sampler alone;
 //     Mono12p (unpacked by the converter first) beside Mono12's run.
-#include "built_package.h"
-#include "packageloader.h"
+#include "node_run_support.h"
 #include "sampling_access.h"
 
 #include <TarvikDataProcessingCore/core/AlignedBufferProvider.h>
@@ -30,6 +29,8 @@
 #include <vector>
 
 using namespace Tarvik::DataProcessing;
+using NodeRunSupport::NullUpdate;
+using NodeRunSupport::package;
 using Sampling = TarvikViewerTessalPackage::HistogramSamplingAccess;
 using Bins = Sampling::Bins;
 
@@ -262,20 +263,6 @@ void registerBayer(Scene scene)
                                      setBytes(state, mono);
                                  });
 }
-
-// The package stays loaded for the whole process: node objects outlive no run.
-PackageLoader& package()
-{
-    static PackageLoader loader(builtPackagePath());
-    return loader;
-}
-
-struct NullUpdate : Core::IGraphUpdate
-{
-    uint64_t getId() const override { return 1; }
-    const std::vector<std::shared_ptr<IGraphUpdate>>& getParents() const override { return parents; }
-    std::vector<std::shared_ptr<IGraphUpdate>> parents;
-};
 
 void registerRun(const MonoFormat& format)
 {

@@ -244,18 +244,18 @@ void PackedRowToMono8Impl(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RESTR
 
 #if HWY_TARGET != HWY_SCALAR
 // Rows of 1-, 2- or 4-bit samples, least significant bits first, to one byte per
-// sample: the plain value, or moved to the top bits.
-size_t PackedBitsRowToMono8Vectors(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RESTRICT target,
-                                   uint32_t width, uint32_t depth, bool msbAligned)
+// sample from column x on: the plain value, or moved to the top bits. Gives the
+// first column it left.
+template <class D>
+size_t PackedBitsVectors(D d, const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RESTRICT target,
+                         uint32_t width, uint32_t depth, bool msbAligned, size_t x)
 {
-    const hn::ScalableTag<uint8_t> d;
     const size_t lanes = hn::Lanes(d);
     const size_t rowBytes = (size_t{width} * depth + 7) / 8;
     const int toTop = msbAligned ? static_cast<int>(8 - depth) : 0;
     const auto mask = hn::Set(d, static_cast<uint8_t>((1u << depth) - 1));
     const auto sample = [&](auto bytes, int shift)
     { return hn::ShiftLeftSame(hn::And(hn::ShiftRightSame(bytes, shift), mask), toTop); };
-    size_t x = 0;
     if (depth == 4)
     {
         for (; x + 2 * lanes <= width; x += 2 * lanes)
@@ -276,16 +276,31 @@ size_t PackedBitsRowToMono8Vectors(const uint8_t* HWY_RESTRICT source, uint8_t* 
         return x;
     }
     // One bit per sample: every 128-bit block of output takes two source bytes,
-    // repeats each over eight lanes and tests one bit in each.
+    // repeats each over eight lanes and tests one bit in each. Single blocks
+    // read just their two bytes, so that they reach the end of the row.
     const auto spread = hn::Load(d, kBitSources.data());
     const auto bits = hn::Load(d, kBitMasks.data());
     const auto one = hn::Set(d, static_cast<uint8_t>(1u << toTop));
-    for (; x + lanes <= width && x / 8 + 16 <= rowBytes; x += lanes)
+    const hn::Repartition<uint16_t, D> dPairs;
+    for (; x + lanes <= width && (lanes == 16 || x / 8 + 16 <= rowBytes); x += lanes)
     {
-        const auto bytes = hn::TableLookupBytes(hn::LoadDup128(d, source + x / 8), spread);
+        const uint8_t* const at = source + x / 8;
+        const auto loaded = lanes == 16
+                                ? hn::BitCast(d, hn::Set(dPairs, static_cast<uint16_t>(at[0] | (at[1] << 8))))
+                                : hn::LoadDup128(d, at);
+        const auto bytes = hn::TableLookupBytes(loaded, spread);
         hn::StoreU(hn::IfThenElseZero(hn::TestBit(bytes, bits), one), d, target + x);
     }
     return x;
+}
+
+// Whole vectors, then single blocks for the rest of the row.
+size_t PackedBitsRowToMono8Vectors(const uint8_t* HWY_RESTRICT source, uint8_t* HWY_RESTRICT target,
+                                   uint32_t width, uint32_t depth, bool msbAligned)
+{
+    const size_t x =
+        PackedBitsVectors(hn::ScalableTag<uint8_t>(), source, target, width, depth, msbAligned, 0);
+    return PackedBitsVectors(hn::Full128<uint8_t>(), source, target, width, depth, msbAligned, x);
 }
 #else
 // A single lane cannot split bytes: the scalar tail does the whole row.
