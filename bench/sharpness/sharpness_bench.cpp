@@ -8,8 +8,7 @@
 //     whole run through the package beside its two parts alone: the format
 //     converter's conversion of the frame (for the formats that need one) and
 //     the measurement of the converted AOI.
-#include "built_package.h"
-#include "packageloader.h"
+#include "node_run_support.h"
 #include "sample_grid.h"
 #include "sharpnessmeasurement.h"
 
@@ -152,19 +151,8 @@ void registerMeasurement(const char* format, uint32_t depth, Scene scene)
         });
 }
 
-// The package stays loaded for the whole process: node objects outlive no run.
-PackageLoader& package()
-{
-    static PackageLoader loader(builtPackagePath());
-    return loader;
-}
-
-struct NullUpdate : Core::IGraphUpdate
-{
-    uint64_t getId() const override { return 1; }
-    const std::vector<std::shared_ptr<IGraphUpdate>>& getParents() const override { return parents; }
-    std::vector<std::shared_ptr<IGraphUpdate>> parents;
-};
+using NodeRunSupport::NullUpdate;
+using NodeRunSupport::package;
 
 struct RunFormat
 {
