@@ -3,7 +3,8 @@
 //
 //   tessal-host run GRAPH.json [--frames N] [--output DIR]   a graph file
 //   tessal-host demo [--frames N] [--output DIR]             the default graph
-//   tessal-host nodemap (--module M | --graph G --node N) [--load F] [list | get X | set X V] [--save F]
+//   tessal-host nodemap (--module M | --graph G --node N) [--load F] [list | get X | set X V | xml] [--save
+//   F]
 //
 // The package is looked for beside the host (../lib), unless --package or the
 // environment variable TESSAL_PACKAGE names it. Exit codes: 0 done, 1 a frame or
@@ -59,6 +60,7 @@ struct NodemapOptions
     std::string value;
     bool get = false;
     bool set = false;
+    bool xml = false;
 };
 
 // Lists, reads or writes the features of one node: a fresh node of a module,
@@ -87,6 +89,8 @@ int nodemapCommand(const ModuleCatalog& catalog, const NodemapOptions& options)
             setFeature(*node, options.feature, options.value);
         if (options.get || options.set)
             std::printf("%s = %s\n", options.feature.c_str(), getFeature(*node, options.feature).c_str());
+        else if (options.xml)
+            std::printf("%s", registerDescriptions(*node).c_str());
         else
             std::printf("%s", featureTable(listFeatures(*node)).c_str());
     }
@@ -189,6 +193,7 @@ int main(int argc, char** argv)
     CLI::App* const set = nodemap->add_subcommand("set", "Write a feature, then print it");
     set->add_option("feature", nodemapOptions.feature, "The feature")->required();
     set->add_option("value", nodemapOptions.value, "The value, as text")->required();
+    CLI::App* const xml = nodemap->add_subcommand("xml", "Print the register description of each node map");
 
     try
     {
@@ -209,6 +214,7 @@ int main(int argc, char** argv)
             {
                 nodemapOptions.get = get->parsed();
                 nodemapOptions.set = set->parsed();
+                nodemapOptions.xml = xml->parsed();
                 return nodemapCommand(catalog, nodemapOptions);
             }
             if (*run)

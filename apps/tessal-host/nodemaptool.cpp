@@ -4,6 +4,7 @@
 #include <TarvikDataProcessingCore/core/MemorySettings.h>
 
 #include <GenApi/AccessModeHelpers.h>
+#include <GenApi/DocumentText.h>
 #include <GenApi/GenApi.h>
 
 #include <algorithm>
@@ -123,6 +124,15 @@ std::vector<FeatureRow> listFeatures(Core::INode& node)
         }
     }
     return rows;
+}
+
+std::string registerDescriptions(Core::INode& node)
+{
+    std::string text;
+    for (const auto& [mapName, map] : nodeMapsOf(node))
+        text += std::string("<!-- node map \"") + mapName.c_str() + "\" -->\n" +
+                GenApi::GetDocumentText(map).c_str() + "\n";
+    return text;
 }
 
 std::string getFeature(Core::INode& node, const std::string& name)

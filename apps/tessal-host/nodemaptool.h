@@ -33,6 +33,10 @@ std::vector<FeatureRow> listFeatures(Tarvik::DataProcessing::Core::INode& node);
 std::string getFeature(Tarvik::DataProcessing::Core::INode& node, const std::string& name);
 void setFeature(Tarvik::DataProcessing::Core::INode& node, const std::string& name, const std::string& value);
 
+// The register description of each node map of `node`, each behind a comment
+// line that names the map; nothing for a node without node maps.
+std::string registerDescriptions(Tarvik::DataProcessing::Core::INode& node);
+
 void saveSettings(Tarvik::DataProcessing::Core::INode& node, const std::string& fileName);
 void loadSettings(Tarvik::DataProcessing::Core::INode& node, const std::string& fileName);
 

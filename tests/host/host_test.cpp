@@ -286,3 +286,16 @@ TEST_F(HostRun, SavedSettingsLoadIntoTheSameNodeMaps)
         EXPECT_EQ(listFeatures(*loaded), listFeatures(*saved)) << change.module;
     }
 }
+
+TEST_F(HostRun, RegisterDescriptionsAreTheDocumentsOfTheNodeMaps)
+{
+    const auto pool = std::make_shared<Core::ResourcePool>();
+    const std::string decoupler = registerDescriptions(*catalog.create({"d", "Decoupler"}, pool));
+    EXPECT_EQ(decoupler.rfind("<!-- node map \"@Tessal\" -->\n<?xml", 0), 0u) << decoupler;
+    for (const char* feature :
+         {"<Boolean Name=\"ThrottleMode\"", "<Float Name=\"Fps\"", "</RegisterDescription>"})
+        EXPECT_NE(decoupler.find(feature), std::string::npos) << feature;
+    EXPECT_NE(registerDescriptions(*catalog.create({"c", "Converter"}, pool)).find("@ImageFormatConverter"),
+              std::string::npos);
+    EXPECT_EQ(registerDescriptions(*catalog.create({"h", "HistogramExtractor"}, pool)), "");
+}

@@ -289,6 +289,7 @@ std::unique_ptr<CNodeMap> LoadDocument(const char* text, size_t length, CLock* u
     auto map = std::make_unique<CNodeMap>(userLock, deviceName);
     CDocumentLoader loader(text, length, suppressStrings);
     loader.Load(*map);
+    map->SetDocumentText(GenICam::gcstring(text, length));
     return map;
 }
 

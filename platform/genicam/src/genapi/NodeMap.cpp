@@ -3,6 +3,7 @@
 #include "PortNode.h"
 
 #include <GCBase/GCException.h>
+#include <GenApi/DocumentText.h>
 
 namespace GenApi::Detail
 {
@@ -200,3 +201,14 @@ void CNodeMap::CAccess::Release(bool passFailures)
 }
 
 } // namespace GenApi::Detail
+
+namespace GenApi
+{
+
+GenICam::gcstring GetDocumentText(const INodeMap* nodeMap)
+{
+    const auto* const map = dynamic_cast<const Detail::CNodeMap*>(nodeMap);
+    return map ? map->DocumentText() : GenICam::gcstring();
+}
+
+} // namespace GenApi

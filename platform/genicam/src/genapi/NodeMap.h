@@ -52,6 +52,9 @@ public:
     bool AddNode(std::unique_ptr<CNode> node);
     CNode* FindNode(const GenICam::gcstring& name) const;
     const std::vector<std::unique_ptr<CNode>>& Nodes() const { return m_nodes; }
+    // The register description the map was built from; set once, before the map is handed out.
+    void SetDocumentText(GenICam::gcstring text) { m_documentText = std::move(text); }
+    const GenICam::gcstring& DocumentText() const { return m_documentText; }
 
     // Runs f under the lock as one access; see the class comment.
     template <class F>
@@ -97,6 +100,7 @@ private:
     std::unique_ptr<CLock> m_ownLock;
     CLock* m_lock;
     GenICam::gcstring m_deviceName;
+    GenICam::gcstring m_documentText;
     std::vector<std::unique_ptr<CNode>> m_nodes;
     std::unordered_map<GenICam::gcstring, CNode*> m_nodesByName;
 
