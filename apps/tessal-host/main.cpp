@@ -1,5 +1,5 @@
 // tessal-host: the viewer's stand-in. It loads the package through its exports
-// and runs graphs of its nodes on frames of its synthetic camera.
+// and runs graphs of its nodes on frames of its synthetic camera or of image files.
 //
 //   tessal-host run GRAPH.json [--frames N] [--output DIR]   a graph file
 //   tessal-host demo [--frames N] [--output DIR]             the default graph
@@ -13,6 +13,7 @@
 #include "modulecatalog.h"
 #include "nodemaptool.h"
 #include "packageloader.h"
+#include "sourceerror.h"
 
 #include <GCBase/GCException.h>
 
@@ -107,6 +108,11 @@ int execute(const std::function<int()>& body)
         return body();
     }
     catch (const PackageError& e)
+    {
+        std::fprintf(stderr, "tessal-host: %s\n", e.what());
+        return exitCannotOpen;
+    }
+    catch (const SourceError& e)
     {
         std::fprintf(stderr, "tessal-host: %s\n", e.what());
         return exitCannotOpen;

@@ -1,6 +1,7 @@
 #include "modulecatalog.h"
 
 #include "displaysink.h"
+#include "imagefilesource.h"
 
 #include <TarvikDataProcessingCore/core/MemorySettings.h>
 
@@ -27,6 +28,14 @@ T setting(const nlohmann::json& settings, const char* key, T fallback, const std
     }
 }
 
+Tarvik::EPixelType pixelTypeNamed(const std::string& format, const std::string& node)
+{
+    const Tarvik::EPixelType type = Tarvik::CPixelTypeMapper::GetTarvikPixelTypeByName(format.c_str());
+    if (type == Tarvik::PixelType_Undefined)
+        throw GraphFileError("node '" + node + "': unknown pixel format \"" + format + "\"");
+    return type;
+}
+
 SyntheticCameraSettings cameraSettings(const GraphDescription::Node& node)
 {
     SyntheticCameraSettings camera;
@@ -35,13 +44,26 @@ SyntheticCameraSettings cameraSettings(const GraphDescription::Node& node)
     const std::string format = setting<std::string>(
         node.settings, "PixelFormat",
         Tarvik::CPixelTypeMapper::GetNameByTarvikPixelType(camera.pixelType).c_str(), node.name);
-    camera.pixelType = Tarvik::CPixelTypeMapper::GetTarvikPixelTypeByName(format.c_str());
-    if (camera.pixelType == Tarvik::PixelType_Undefined)
-        throw GraphFileError("node '" + node.name + "': unknown pixel format \"" + format + "\"");
+    camera.pixelType = pixelTypeNamed(format, node.name);
     camera.compressedShare =
         setting<double>(node.settings, "CompressedShare", camera.compressedShare, node.name);
     camera.failedShare = setting<double>(node.settings, "FailedShare", camera.failedShare, node.name);
     return camera;
+}
+
+ImageFileSettings imageFileSettings(const GraphDescription::Node& node)
+{
+    ImageFileSettings files;
+    files.path = setting<std::string>(node.settings, "Path", "", node.name);
+    if (files.path.empty())
+        throw GraphFileError("node '" + node.name + "': setting \"Path\" names no file or folder");
+    const std::string format = setting<std::string>(node.settings, "PixelFormat", "", node.name);
+    if (!format.empty())
+        files.rawPixelType = pixelTypeNamed(format, node.name);
+    files.rawWidth = setting<uint32_t>(node.settings, "Width", 0, node.name);
+    files.rawHeight = setting<uint32_t>(node.settings, "Height", 0, node.name);
+    files.rawPaddingX = setting<size_t>(node.settings, "PaddingX", 0, node.name);
+    return files;
 }
 
 nlohmann::json cameraJson(const SyntheticCameraSettings& camera)
@@ -62,7 +84,7 @@ ModuleCatalog::ModuleCatalog(const PackageLoader& package)
 
 bool ModuleCatalog::offers(const std::string& module) const
 {
-    if (module == cameraModule || module == displayModule)
+    if (module == cameraModule || module == fileModule || module == displayModule)
         return true;
     return m_package.hasModule(module) && m_package.symbol(("create_" + module).c_str()) &&
            m_package.symbol(("destroy_" + module).c_str());
@@ -75,6 +97,7 @@ std::vector<std::string> ModuleCatalog::moduleNames() const
         if (offers(module))
             names.push_back(module);
     names.emplace_back(cameraModule);
+    names.emplace_back(fileModule);
     names.emplace_back(displayModule);
     return names;
 }
@@ -94,6 +117,8 @@ std::shared_ptr<Core::INode> ModuleCatalog::create(const GraphDescription::Node&
     {
         if (node.module == cameraModule)
             return std::make_shared<SyntheticCamera>(pool, cameraSettings(node));
+        if (node.module == fileModule)
+            return std::make_shared<ImageFileSource>(pool, imageFileSettings(node));
         if (node.module == displayModule)
             return std::make_shared<DisplaySink>(pool);
         std::shared_ptr<Core::INode> created = m_package.createNode(node.module, pool);

@@ -24,6 +24,7 @@ class ModuleCatalog
 {
 public:
     static constexpr const char* cameraModule = "SyntheticCamera";
+    static constexpr const char* fileModule = "ImageFiles";
     static constexpr const char* displayModule = "Display";
 
     explicit ModuleCatalog(const PackageLoader& package);
