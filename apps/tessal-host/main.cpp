@@ -171,6 +171,11 @@ int main(int argc, char** argv)
     demo->add_option("--failed-share", demoOptions.camera.failedShare, "Share of failed frames")
         ->capture_default_str()
         ->check(CLI::Range(0.0, 1.0));
+    std::string aravisCamera;
+    CLI::Option* const formatOption = demo->get_option("--pixel-format");
+    demo->add_option("--camera", aravisCamera,
+                     "Run on this Aravis camera (\"Fake_1\": Aravis' fake camera; \"\" the first found) "
+                     "instead of the synthetic one; --width, --height and --pixel-format are written to it");
     bool noFixImage = false;
     demo->add_flag("--no-fix-image", noFixImage, "Leave failed frames unrepaired (\"FixImage\" off)");
     demo->add_option("--display-fps", demoOptions.displayFps, "Rate limit of the display's Decoupler")
@@ -228,6 +233,14 @@ int main(int argc, char** argv)
             if (demoOptions.camera.pixelType == Tarvik::PixelType_Undefined)
                 throw GraphFileError("unknown pixel format \"" + demoFormat + "\"");
             demoOptions.fixImage = !noFixImage;
+            if (demo->count("--camera"))
+            {
+                demoOptions.aravis = {{"Camera", aravisCamera},
+                                      {"Width", demoOptions.camera.width},
+                                      {"Height", demoOptions.camera.height}};
+                if (formatOption->count())
+                    demoOptions.aravis["PixelFormat"] = demoFormat;
+            }
             const GraphDescription graph = catalog.defaultGraph(demoOptions);
             if (!graphFile.empty())
             {
@@ -243,8 +256,12 @@ int main(int argc, char** argv)
             std::printf("Package %s: modules", package.path().c_str());
             for (const std::string& module : catalog.moduleNames())
                 std::printf(" %s", module.c_str());
-            std::printf("\nDefault graph on the synthetic camera, %ux%u %s, %llu frames\n",
-                        demoOptions.camera.width, demoOptions.camera.height, demoFormat.c_str(),
+            std::printf("\nDefault graph on %s, %ux%u %s, %llu frames\n",
+                        demoOptions.aravis.empty() ? "the synthetic camera"
+                                                   : ("camera \"" + aravisCamera + "\"").c_str(),
+                        demoOptions.camera.width, demoOptions.camera.height,
+                        formatOption->count() || demoOptions.aravis.empty() ? demoFormat.c_str()
+                                                                            : "(camera's format)",
                         static_cast<unsigned long long>(demoRun.frames));
             return runGraph(catalog, graph, demoRun);
         });

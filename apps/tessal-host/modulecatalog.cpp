@@ -1,5 +1,6 @@
 #include "modulecatalog.h"
 
+#include "aravissource.h"
 #include "displaysink.h"
 #include "imagefilesource.h"
 
@@ -66,6 +67,18 @@ ImageFileSettings imageFileSettings(const GraphDescription::Node& node)
     return files;
 }
 
+AravisSettings aravisSettings(const GraphDescription::Node& node)
+{
+    AravisSettings camera;
+    camera.camera = setting<std::string>(node.settings, "Camera", "", node.name);
+    camera.width = setting<uint32_t>(node.settings, "Width", 0, node.name);
+    camera.height = setting<uint32_t>(node.settings, "Height", 0, node.name);
+    camera.pixelFormat = setting<std::string>(node.settings, "PixelFormat", "", node.name);
+    camera.bufferCount = setting<unsigned>(node.settings, "BufferCount", camera.bufferCount, node.name);
+    camera.timeoutMs = setting<unsigned>(node.settings, "TimeoutMs", camera.timeoutMs, node.name);
+    return camera;
+}
+
 nlohmann::json cameraJson(const SyntheticCameraSettings& camera)
 {
     return {{"Width", camera.width},
@@ -84,7 +97,7 @@ ModuleCatalog::ModuleCatalog(const PackageLoader& package)
 
 bool ModuleCatalog::offers(const std::string& module) const
 {
-    if (module == cameraModule || module == fileModule || module == displayModule)
+    if (module == cameraModule || module == fileModule || module == aravisModule || module == displayModule)
         return true;
     return m_package.hasModule(module) && m_package.symbol(("create_" + module).c_str()) &&
            m_package.symbol(("destroy_" + module).c_str());
@@ -98,6 +111,7 @@ std::vector<std::string> ModuleCatalog::moduleNames() const
             names.push_back(module);
     names.emplace_back(cameraModule);
     names.emplace_back(fileModule);
+    names.emplace_back(aravisModule);
     names.emplace_back(displayModule);
     return names;
 }
@@ -119,6 +133,8 @@ std::shared_ptr<Core::INode> ModuleCatalog::create(const GraphDescription::Node&
             return std::make_shared<SyntheticCamera>(pool, cameraSettings(node));
         if (node.module == fileModule)
             return std::make_shared<ImageFileSource>(pool, imageFileSettings(node));
+        if (node.module == aravisModule)
+            return std::make_shared<AravisSource>(pool, aravisSettings(node));
         if (node.module == displayModule)
             return std::make_shared<DisplaySink>(pool);
         std::shared_ptr<Core::INode> created = m_package.createNode(node.module, pool);
@@ -174,12 +190,19 @@ GraphDescription ModuleCatalog::defaultGraph(const DefaultGraphOptions& options)
     const uint32_t width = options.camera.width;
     const uint32_t height = options.camera.height;
 
-    add("camera", cameraModule, cameraJson(options.camera));
+    const bool onAravis = !options.aravis.empty();
+    if (onAravis)
+        add("camera", aravisModule, options.aravis);
+    else
+        add("camera", cameraModule, cameraJson(options.camera));
     add("converter", "Converter");
     if (add("decompressor", "Decompressor", {{"FixImage", options.fixImage}}))
     {
         edge("camera.GrabResult", "decompressor.GrabResult");
-        edge("camera.CompressionDescriptor", "decompressor.CompressionDescriptor");
+        if (onAravis)
+            edge("camera.StreamPayloadSize", "decompressor.RepairHintPayloadSizeStreamGrabber");
+        else
+            edge("camera.CompressionDescriptor", "decompressor.CompressionDescriptor");
         edge("camera.PixelFormat", "decompressor.RepairHintPixelFormat");
         edge("camera.Width", "decompressor.RepairHintWidth");
         edge("camera.Height", "decompressor.RepairHintHeight");
