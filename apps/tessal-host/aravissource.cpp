@@ -123,6 +123,18 @@ AravisSource::AravisSource(const std::shared_ptr<Core::IResourcePool>& resourceP
         arv_camera_set_integer(c.camera, "Height", settings.height, &error);
     if (!error && !settings.pixelFormat.empty())
         arv_camera_set_pixel_format_from_string(c.camera, settings.pixelFormat.c_str(), &error);
+    for (auto feature = settings.features.begin(); !error && feature != settings.features.end(); ++feature)
+    {
+        const char* const name = feature.key().c_str();
+        if (feature->is_string())
+            arv_camera_set_string(c.camera, name, feature->get<std::string>().c_str(), &error);
+        else if (feature->is_boolean())
+            arv_camera_set_boolean(c.camera, name, feature->get<bool>(), &error);
+        else if (feature->is_number_integer())
+            arv_camera_set_integer(c.camera, name, feature->get<int64_t>(), &error);
+        else
+            arv_camera_set_float(c.camera, name, feature->get<double>(), &error);
+    }
     check(error, "cannot set up camera \"" + settings.camera + "\"");
 
     const char* const format = arv_camera_get_pixel_format_as_string(c.camera, &error);

@@ -21,6 +21,8 @@
 
 #include "hostnode.h"
 
+#include <nlohmann/json.hpp>
+
 #include <memory>
 #include <string>
 
@@ -32,6 +34,9 @@ struct AravisSettings
     uint32_t width = 0;
     uint32_t height = 0;
     std::string pixelFormat;
+    // Further features written to the camera after the above, by name:
+    // text, whole numbers, numbers or truth values.
+    nlohmann::json features = nlohmann::json::object();
     unsigned bufferCount = 8;
     unsigned timeoutMs = 2000;
 };

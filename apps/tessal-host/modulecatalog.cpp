@@ -76,6 +76,9 @@ AravisSettings aravisSettings(const GraphDescription::Node& node)
     camera.pixelFormat = setting<std::string>(node.settings, "PixelFormat", "", node.name);
     camera.bufferCount = setting<unsigned>(node.settings, "BufferCount", camera.bufferCount, node.name);
     camera.timeoutMs = setting<unsigned>(node.settings, "TimeoutMs", camera.timeoutMs, node.name);
+    camera.features = setting<nlohmann::json>(node.settings, "Features", camera.features, node.name);
+    if (!camera.features.is_object())
+        throw GraphFileError("node '" + node.name + "': setting \"Features\" is not an object");
     return camera;
 }
 

@@ -104,12 +104,39 @@ TEST(AravisFakeCamera, RunLeavesHistogramsThatCountEveryPixel)
     EXPECT_TRUE(std::filesystem::exists(folder / "frames/000000.png"));
 }
 
-TEST(AravisFakeCamera, ACameraThatIsNotThereIsASourceError)
+TEST(AravisFakeCamera, MissingCamerasAndFramesAreReported)
 {
     const PackageLoader package{builtPackagePath()};
     const ModuleCatalog catalog{package};
-    Core::Graph graph;
     DefaultGraphOptions options = onFakeCamera();
     options.aravis["Camera"] = "Fake_no_such_camera";
-    EXPECT_THROW(catalog.build(graph, catalog.defaultGraph(options)), SourceError);
+    Core::Graph missing;
+    EXPECT_THROW(catalog.build(missing, catalog.defaultGraph(options)), SourceError);
+
+    // A pool of one buffer that the graph holds on to: the next frame cannot
+    // come, and is an error value; once the buffer is let go, frames come again.
+    options = onFakeCamera();
+    options.aravis["BufferCount"] = 1;
+    options.aravis["TimeoutMs"] = 50;
+    Core::Graph graph;
+    catalog.build(graph, catalog.defaultGraph(options));
+    std::vector<Core::ValueMap> held;
+    graph.setObserver(
+        [&](const std::shared_ptr<Core::IGraphUpdate>&, const std::string& node,
+            const Core::ValueMap& outputs)
+        {
+            if (node == "camera")
+                held.push_back(outputs);
+        });
+    graph.start();
+    graph.runUpdate();
+    graph.runUpdate();
+    held.clear();
+    graph.runUpdate();
+    graph.stop();
+    const auto& errors = graph.statistics("camera").errors();
+    ASSERT_EQ(errors.size(), 1u);
+    EXPECT_EQ(errors.begin()->first, "no frame from camera \"Fake_1\" within 50 ms");
+    EXPECT_EQ(errors.begin()->second, 1u);
+    EXPECT_EQ(graph.statistics("camera").framesOut(), 3u);
 }
