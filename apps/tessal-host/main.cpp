@@ -3,6 +3,7 @@
 //
 //   tessal-host run GRAPH.json [--frames N] [--output DIR]   a graph file
 //   tessal-host demo [--frames N] [--output DIR]             the default graph
+//   tessal-host demo --camera Fake_1                         ... on an Aravis camera
 //   tessal-host nodemap (--module M | --graph G --node N) [--load F] [list | get X | set X V] [--save F]
 //
 // The package is looked for beside the host (../lib), unless --package or the
