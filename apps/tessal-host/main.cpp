@@ -1,10 +1,11 @@
 // tessal-host: the viewer's stand-in. It loads the package through its exports
-// and runs graphs of its nodes on frames of its synthetic camera.
+// and runs graphs of its nodes on frames of its synthetic camera or of image files.
 //
 //   tessal-host run GRAPH.json [--frames N] [--output DIR]   a graph file
 //   tessal-host demo [--frames N] [--output DIR]             the default graph
-//   tessal-host nodemap (--module M | --graph G --node N) [--load F] [list | get X | set X V | xml] [--save
-//   F]
+//   tessal-host demo --camera Fake_1                         ... on an Aravis camera
+//   tessal-host nodemap (--module M | --graph G --node N) [--load F] [list | get X | set X V | xml]
+//                       [--save F]
 //
 // The package is looked for beside the host (../lib), unless --package or the
 // environment variable TESSAL_PACKAGE names it. Exit codes: 0 done, 1 a frame or
@@ -14,6 +15,7 @@
 #include "modulecatalog.h"
 #include "nodemaptool.h"
 #include "packageloader.h"
+#include "sourceerror.h"
 
 #include <GCBase/GCException.h>
 
@@ -115,6 +117,11 @@ int execute(const std::function<int()>& body)
         std::fprintf(stderr, "tessal-host: %s\n", e.what());
         return exitCannotOpen;
     }
+    catch (const SourceError& e)
+    {
+        std::fprintf(stderr, "tessal-host: %s\n", e.what());
+        return exitCannotOpen;
+    }
     catch (const GraphFileError& e)
     {
         std::fprintf(stderr, "tessal-host: %s\n", e.what());
@@ -169,6 +176,11 @@ int main(int argc, char** argv)
     demo->add_option("--failed-share", demoOptions.camera.failedShare, "Share of failed frames")
         ->capture_default_str()
         ->check(CLI::Range(0.0, 1.0));
+    std::string aravisCamera;
+    CLI::Option* const formatOption = demo->get_option("--pixel-format");
+    demo->add_option("--camera", aravisCamera,
+                     "Run on this Aravis camera (\"Fake_1\": Aravis' fake camera; \"\" the first found) "
+                     "instead of the synthetic one; --width, --height and --pixel-format are written to it");
     bool noFixImage = false;
     demo->add_flag("--no-fix-image", noFixImage, "Leave failed frames unrepaired (\"FixImage\" off)");
     demo->add_option("--display-fps", demoOptions.displayFps, "Rate limit of the display's Decoupler")
@@ -228,6 +240,14 @@ int main(int argc, char** argv)
             if (demoOptions.camera.pixelType == Tarvik::PixelType_Undefined)
                 throw GraphFileError("unknown pixel format \"" + demoFormat + "\"");
             demoOptions.fixImage = !noFixImage;
+            if (demo->count("--camera"))
+            {
+                demoOptions.aravis = {{"Camera", aravisCamera},
+                                      {"Width", demoOptions.camera.width},
+                                      {"Height", demoOptions.camera.height}};
+                if (formatOption->count())
+                    demoOptions.aravis["PixelFormat"] = demoFormat;
+            }
             const GraphDescription graph = catalog.defaultGraph(demoOptions);
             if (!graphFile.empty())
             {
@@ -243,8 +263,12 @@ int main(int argc, char** argv)
             std::printf("Package %s: modules", package.path().c_str());
             for (const std::string& module : catalog.moduleNames())
                 std::printf(" %s", module.c_str());
-            std::printf("\nDefault graph on the synthetic camera, %ux%u %s, %llu frames\n",
-                        demoOptions.camera.width, demoOptions.camera.height, demoFormat.c_str(),
+            std::printf("\nDefault graph on %s, %ux%u %s, %llu frames\n",
+                        demoOptions.aravis.empty() ? "the synthetic camera"
+                                                   : ("camera \"" + aravisCamera + "\"").c_str(),
+                        demoOptions.camera.width, demoOptions.camera.height,
+                        formatOption->count() || demoOptions.aravis.empty() ? demoFormat.c_str()
+                                                                            : "(camera's format)",
                         static_cast<unsigned long long>(demoRun.frames));
             return runGraph(catalog, graph, demoRun);
         });

@@ -1,6 +1,8 @@
 #include "modulecatalog.h"
 
+#include "aravissource.h"
 #include "displaysink.h"
+#include "imagefilesource.h"
 
 #include <TarvikDataProcessingCore/core/MemorySettings.h>
 
@@ -27,6 +29,14 @@ T setting(const nlohmann::json& settings, const char* key, T fallback, const std
     }
 }
 
+Tarvik::EPixelType pixelTypeNamed(const std::string& format, const std::string& node)
+{
+    const Tarvik::EPixelType type = Tarvik::CPixelTypeMapper::GetTarvikPixelTypeByName(format.c_str());
+    if (type == Tarvik::PixelType_Undefined)
+        throw GraphFileError("node '" + node + "': unknown pixel format \"" + format + "\"");
+    return type;
+}
+
 SyntheticCameraSettings cameraSettings(const GraphDescription::Node& node)
 {
     SyntheticCameraSettings camera;
@@ -35,12 +45,40 @@ SyntheticCameraSettings cameraSettings(const GraphDescription::Node& node)
     const std::string format = setting<std::string>(
         node.settings, "PixelFormat",
         Tarvik::CPixelTypeMapper::GetNameByTarvikPixelType(camera.pixelType).c_str(), node.name);
-    camera.pixelType = Tarvik::CPixelTypeMapper::GetTarvikPixelTypeByName(format.c_str());
-    if (camera.pixelType == Tarvik::PixelType_Undefined)
-        throw GraphFileError("node '" + node.name + "': unknown pixel format \"" + format + "\"");
+    camera.pixelType = pixelTypeNamed(format, node.name);
     camera.compressedShare =
         setting<double>(node.settings, "CompressedShare", camera.compressedShare, node.name);
     camera.failedShare = setting<double>(node.settings, "FailedShare", camera.failedShare, node.name);
+    return camera;
+}
+
+ImageFileSettings imageFileSettings(const GraphDescription::Node& node)
+{
+    ImageFileSettings files;
+    files.path = setting<std::string>(node.settings, "Path", "", node.name);
+    if (files.path.empty())
+        throw GraphFileError("node '" + node.name + "': setting \"Path\" names no file or folder");
+    const std::string format = setting<std::string>(node.settings, "PixelFormat", "", node.name);
+    if (!format.empty())
+        files.rawPixelType = pixelTypeNamed(format, node.name);
+    files.rawWidth = setting<uint32_t>(node.settings, "Width", 0, node.name);
+    files.rawHeight = setting<uint32_t>(node.settings, "Height", 0, node.name);
+    files.rawPaddingX = setting<size_t>(node.settings, "PaddingX", 0, node.name);
+    return files;
+}
+
+AravisSettings aravisSettings(const GraphDescription::Node& node)
+{
+    AravisSettings camera;
+    camera.camera = setting<std::string>(node.settings, "Camera", "", node.name);
+    camera.width = setting<uint32_t>(node.settings, "Width", 0, node.name);
+    camera.height = setting<uint32_t>(node.settings, "Height", 0, node.name);
+    camera.pixelFormat = setting<std::string>(node.settings, "PixelFormat", "", node.name);
+    camera.bufferCount = setting<unsigned>(node.settings, "BufferCount", camera.bufferCount, node.name);
+    camera.timeoutMs = setting<unsigned>(node.settings, "TimeoutMs", camera.timeoutMs, node.name);
+    camera.features = setting<nlohmann::json>(node.settings, "Features", camera.features, node.name);
+    if (!camera.features.is_object())
+        throw GraphFileError("node '" + node.name + "': setting \"Features\" is not an object");
     return camera;
 }
 
@@ -62,7 +100,7 @@ ModuleCatalog::ModuleCatalog(const PackageLoader& package)
 
 bool ModuleCatalog::offers(const std::string& module) const
 {
-    if (module == cameraModule || module == displayModule)
+    if (module == cameraModule || module == fileModule || module == aravisModule || module == displayModule)
         return true;
     return m_package.hasModule(module) && m_package.symbol(("create_" + module).c_str()) &&
            m_package.symbol(("destroy_" + module).c_str());
@@ -75,6 +113,8 @@ std::vector<std::string> ModuleCatalog::moduleNames() const
         if (offers(module))
             names.push_back(module);
     names.emplace_back(cameraModule);
+    names.emplace_back(fileModule);
+    names.emplace_back(aravisModule);
     names.emplace_back(displayModule);
     return names;
 }
@@ -94,6 +134,10 @@ std::shared_ptr<Core::INode> ModuleCatalog::create(const GraphDescription::Node&
     {
         if (node.module == cameraModule)
             return std::make_shared<SyntheticCamera>(pool, cameraSettings(node));
+        if (node.module == fileModule)
+            return std::make_shared<ImageFileSource>(pool, imageFileSettings(node));
+        if (node.module == aravisModule)
+            return std::make_shared<AravisSource>(pool, aravisSettings(node));
         if (node.module == displayModule)
             return std::make_shared<DisplaySink>(pool);
         std::shared_ptr<Core::INode> created = m_package.createNode(node.module, pool);
@@ -149,12 +193,19 @@ GraphDescription ModuleCatalog::defaultGraph(const DefaultGraphOptions& options)
     const uint32_t width = options.camera.width;
     const uint32_t height = options.camera.height;
 
-    add("camera", cameraModule, cameraJson(options.camera));
+    const bool onAravis = !options.aravis.empty();
+    if (onAravis)
+        add("camera", aravisModule, options.aravis);
+    else
+        add("camera", cameraModule, cameraJson(options.camera));
     add("converter", "Converter");
     if (add("decompressor", "Decompressor", {{"FixImage", options.fixImage}}))
     {
         edge("camera.GrabResult", "decompressor.GrabResult");
-        edge("camera.CompressionDescriptor", "decompressor.CompressionDescriptor");
+        if (onAravis)
+            edge("camera.StreamPayloadSize", "decompressor.RepairHintPayloadSizeStreamGrabber");
+        else
+            edge("camera.CompressionDescriptor", "decompressor.CompressionDescriptor");
         edge("camera.PixelFormat", "decompressor.RepairHintPixelFormat");
         edge("camera.Width", "decompressor.RepairHintWidth");
         edge("camera.Height", "decompressor.RepairHintHeight");

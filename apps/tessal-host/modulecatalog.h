@@ -18,12 +18,18 @@ struct DefaultGraphOptions
     SyntheticCameraSettings camera;
     bool fixImage = true;
     double displayFps = 25.0;
+    // Settings of an Aravis camera as the source in place of the synthetic
+    // camera, when not empty; `camera.width` and `camera.height` give the
+    // Sharpness AOI, and should be the camera's.
+    nlohmann::json aravis;
 };
 
 class ModuleCatalog
 {
 public:
     static constexpr const char* cameraModule = "SyntheticCamera";
+    static constexpr const char* fileModule = "ImageFiles";
+    static constexpr const char* aravisModule = "AravisCamera";
     static constexpr const char* displayModule = "Display";
 
     explicit ModuleCatalog(const PackageLoader& package);

@@ -1,0 +1,163 @@
+// Image files as the host's frame source: PNG and raw frames come out pixel for
+// pixel, a folder plays in the order of its names, and files that cannot be read
+// give error values while the sequence goes on.
+#include "built_package.h"
+#include "modulecatalog.h"
+#include "pngwriter.h"
+#include "sourceerror.h"
+
+#include <TarvikDataProcessingCore/core/IImage.h>
+#include <TarvikDataProcessingCore/core/Image.h>
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <fstream>
+
+using namespace Tarvik::DataProcessing;
+
+namespace
+{
+
+using ImagePtr = Utils::COWPtr<Core::IImage>;
+
+// A frame whose every byte differs from its neighbours: a swapped byte order or
+// a shifted row shows.
+ImagePtr pattern(Tarvik::EPixelType type, uint32_t width, uint32_t height, size_t paddingX = 0)
+{
+    auto image =
+        ImagePtr(new Core::Image(type, width, height, paddingX, std::shared_ptr<Core::IBufferProvider>(),
+                                 std::make_shared<Threading::RecursiveMutex>()));
+    auto* const bytes = static_cast<uint8_t*>(image->getImageData().data);
+    for (size_t i = 0; i < image->getImageSize(); ++i)
+        bytes[i] = static_cast<uint8_t>(i * 7 + i / 251);
+    return image;
+}
+
+// The pixels of each line, without padding.
+std::vector<uint8_t> pixelsOf(const Core::IImage& image)
+{
+    const auto data = image.getImageData();
+    const size_t line = Tarvik::BitPerPixel(image.getPixelType()) / 8 * size_t{image.getWidth()};
+    std::vector<uint8_t> pixels;
+    for (uint32_t y = 0; y < image.getHeight(); ++y)
+    {
+        const auto* const row = static_cast<const uint8_t*>(data.data) + y * (line + data.paddingX);
+        pixels.insert(pixels.end(), row, row + line);
+    }
+    return pixels;
+}
+
+class ImageFiles : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        std::filesystem::remove_all(folder);
+        std::filesystem::create_directories(folder);
+    }
+
+    // Plays the folder through a Converter for `frames` updates; gives the
+    // source's and the converter's image of each frame.
+    void play(const nlohmann::json& settings, uint64_t frames)
+    {
+        const nlohmann::json graphJson = {
+            {"nodes",
+             {{{"name", "files"}, {"module", "ImageFiles"}, {"settings", settings}},
+              {{"name", "converter"}, {"module", "Converter"}}}},
+            {"edges", {{{"from", "files.Image"}, {"to", "converter.Image"}}}}};
+        catalog.build(graph, GraphDescription::parse(graphJson.dump(), "test"));
+        graph.setObserver(
+            [&](const std::shared_ptr<Core::IGraphUpdate>&, const std::string& node,
+                const Core::ValueMap& outputs)
+            {
+                if (node == "files")
+                    source.push_back(outputs.at("Image").get<ImagePtr>(true));
+                else
+                    converted.push_back(outputs.at("ImageConverted").get<ImagePtr>(true));
+            });
+        graph.start();
+        for (uint64_t frame = 0; frame < frames; ++frame)
+            graph.runUpdate();
+        graph.stop();
+    }
+
+    const std::filesystem::path folder = std::filesystem::temp_directory_path() / "tessal-host-test-files";
+    PackageLoader package{builtPackagePath()};
+    ModuleCatalog catalog{package};
+    Core::Graph graph;
+    std::vector<ImagePtr> source;
+    std::vector<ImagePtr> converted;
+};
+
+} // namespace
+
+TEST_F(ImageFiles, FramesComeOutPixelForPixelInTheOrderOfTheirNames)
+{
+    const std::vector<ImagePtr> written = {
+        pattern(Tarvik::PixelType_Mono8, 13, 5),    pattern(Tarvik::PixelType_Mono16, 7, 3),
+        pattern(Tarvik::PixelType_RGB8, 9, 4),      pattern(Tarvik::PixelType_RGBa8, 5, 6),
+        pattern(Tarvik::PixelType_Mono8, 11, 3, 5),
+    };
+    for (size_t i = 0; i + 1 < written.size(); ++i)
+        writePng(*written[i], (folder / ("frame-" + std::to_string(i) + ".png")).string());
+    const auto raw = written.back()->getImageData();
+    std::ofstream(folder / "frame-4.raw", std::ios::binary)
+        .write(static_cast<const char*>(raw.data),
+               static_cast<std::streamsize>(written.back()->getImageSize()));
+
+    play({{"Path", folder.string()}, {"PixelFormat", "Mono8"}, {"Width", 11}, {"Height", 3}, {"PaddingX", 5}},
+         written.size() + 1);
+    ASSERT_EQ(source.size(), written.size() + 1);
+    for (size_t i = 0; i < source.size(); ++i)
+    {
+        const Core::IImage& expected = *written[i % written.size()];
+        ASSERT_FALSE(source[i]->hasError(false)) << source[i]->getError(false)->getDescription();
+        EXPECT_EQ(source[i]->getPixelType(), expected.getPixelType()) << i;
+        EXPECT_EQ(source[i]->getWidth(), expected.getWidth()) << i;
+        EXPECT_EQ(pixelsOf(*source[i]), pixelsOf(expected)) << i;
+    }
+    // Mono8 frames leave the Converter as they came.
+    for (const size_t i : {0, 4})
+        EXPECT_EQ(pixelsOf(*converted[i]), pixelsOf(*written[i])) << i;
+    // The raw frame is the file's bytes, padding included, without a copy of its own.
+    EXPECT_EQ(source[4]->getImageData().paddingX, 5u);
+}
+
+TEST_F(ImageFiles, UnreadableFilesGiveErrorValuesAndTheSequenceGoesOn)
+{
+    writePng(*pattern(Tarvik::PixelType_Mono8, 64, 64), (folder / "0-good.png").string());
+    std::ifstream in(folder / "0-good.png", std::ios::binary);
+    std::string good((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    std::string corrupt = good;
+    corrupt[good.size() / 2] = static_cast<char>(corrupt[good.size() / 2] ^ 0x5a);
+    std::ofstream(folder / "1-truncated.png", std::ios::binary) << good.substr(0, good.size() / 2);
+    std::ofstream(folder / "2-corrupt.png", std::ios::binary) << corrupt;
+    std::ofstream(folder / "3-text.png", std::ios::binary) << "not a picture";
+    std::ofstream(folder / "4-short.raw", std::ios::binary) << std::string(64 * 64 - 1, 'x');
+
+    play({{"Path", folder.string()}, {"PixelFormat", "Mono8"}, {"Width", 64}, {"Height", 64}}, 6);
+    ASSERT_EQ(source.size(), 6u);
+    EXPECT_FALSE(source[0]->hasError(false));
+    EXPECT_FALSE(source[5]->hasError(false));
+    const char* const reasons[] = {
+        "is not a readable PNG: the file ends early (truncated)",
+        "is not a readable PNG: ", "is not a readable PNG: Not a PNG file",
+        "has 4095 bytes, a raw 64x64 Mono8 frame with 0 bytes of line padding has 4096"};
+    for (size_t i = 1; i <= 4; ++i)
+    {
+        ASSERT_TRUE(source[i]->hasError(false)) << i;
+        const std::string text = source[i]->getError(false)->getDescription().c_str();
+        EXPECT_NE(text.find(reasons[i - 1]), std::string::npos) << text;
+        EXPECT_NE(text.find(folder.string()), std::string::npos) << text;
+    }
+    EXPECT_EQ(graph.statistics("files").errorCount(), 4u);
+}
+
+TEST_F(ImageFiles, MissingFilesAndRawFilesWithoutALayoutAreRefused)
+{
+    EXPECT_THROW(play({{"Path", (folder / "nothing-here").string()}}, 1), SourceError);
+    EXPECT_THROW(play({{"Path", folder.string()}}, 1), SourceError);
+    std::ofstream(folder / "frame.raw") << "raw";
+    EXPECT_THROW(play({{"Path", folder.string()}}, 1), GraphFileError);
+}
