@@ -4,6 +4,7 @@
 // vector's tail, with padded rows, for each output the nodes ask for.
 #include "ConversionTestSupport.h"
 #include "ReferenceConverter.h"
+#include "instruction_sets.h"
 
 #include <TarvikUtility/ImageFormatConverter.h>
 
@@ -93,20 +94,6 @@ void ExpectMatchesReference(EPixelType source, const Output& output, uint32_t wi
     }
 }
 
-// Every instruction set the CPU offers, and the plain fallback.
-std::vector<int64_t> InstructionSets()
-{
-    std::vector<int64_t> sets;
-    const int64_t available = hwy::SupportedTargets();
-    for (const int64_t target : {int64_t{HWY_SCALAR}, int64_t{HWY_SSSE3}, int64_t{HWY_SSE4},
-                                 int64_t{HWY_AVX2}, int64_t{HWY_AVX3}, int64_t{HWY_AVX3_DL}})
-    {
-        if ((HWY_TARGETS & target) != 0 && (target == HWY_SCALAR || (available & target) != 0))
-            sets.push_back(target);
-    }
-    return sets;
-}
-
 class PackedFormatsMatchTheReference : public ::testing::TestWithParam<FormatCase>
 {
 protected:
@@ -120,7 +107,7 @@ protected:
 TEST_P(PackedFormatsMatchTheReference, AtEveryRowStartAlignment)
 {
     const FormatCase& format = GetParam();
-    const std::vector<int64_t> sets = InstructionSets();
+    const std::vector<int64_t> sets = instructionSets();
     ASSERT_GE(sets.size(), 2u);
     for (const int64_t set : sets)
     {
