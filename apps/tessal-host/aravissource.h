@@ -7,8 +7,8 @@
 // value that shares it is gone. A buffer of any status but success becomes a
 // failed grab result that keeps its bytes but reports no format or size; the
 // repair hints come from the camera's "PixelFormat", "Width", "Height" and
-// "PayloadSize" features and from the stream's buffer size
-// ("StreamPayloadSize"). A successful frame is also given as "Image".
+// "PayloadSize" features and from the bytes that the stream received for the
+// frame ("StreamPayloadSize"). A successful frame is also given as "Image".
 //
 // Chosen here: a frame that does not come within the timeout (a camera gone, a
 // pool held by the graph) and a pixel format the package does not know give

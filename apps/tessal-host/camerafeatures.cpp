@@ -100,7 +100,11 @@ std::string rangeOf(ArvGcFeatureNode* feature)
         g_clear_error(&error);
         std::string list;
         for (guint i = 0; symbolics && i < count; ++i)
-            list += (i ? "|" : "") + std::string(symbolics[i]);
+        {
+            if (i)
+                list += '|';
+            list += symbolics[i];
+        }
         g_free(symbolics);
         return list;
     }
