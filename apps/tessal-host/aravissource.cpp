@@ -1,5 +1,6 @@
 #include "aravissource.h"
 
+#include "camerafeatures.h"
 #include "sourceerror.h"
 
 #include <TarvikDataProcessingCore/core/Errors.h>
@@ -42,6 +43,31 @@ Tarvik::EPixelType pixelTypeOf(ArvPixelFormat format)
                                                                             : type;
 }
 
+const char* statusName(ArvBufferStatus status)
+{
+    switch (status)
+    {
+    case ARV_BUFFER_STATUS_SUCCESS:
+        return "success";
+    case ARV_BUFFER_STATUS_CLEARED:
+        return "cleared";
+    case ARV_BUFFER_STATUS_TIMEOUT:
+        return "timeout";
+    case ARV_BUFFER_STATUS_MISSING_PACKETS:
+        return "missing packets";
+    case ARV_BUFFER_STATUS_WRONG_PACKET_ID:
+        return "wrong packet id";
+    case ARV_BUFFER_STATUS_SIZE_MISMATCH:
+        return "size mismatch";
+    case ARV_BUFFER_STATUS_FILLING:
+        return "filling";
+    case ARV_BUFFER_STATUS_ABORTED:
+        return "aborted";
+    default:
+        return "unknown";
+    }
+}
+
 // An Aravis buffer adopted by the graph: it goes back to its stream when the
 // last value that shares it is gone.
 class StreamBuffer : public Core::IBuffer
@@ -78,13 +104,14 @@ struct AravisSource::Camera
 {
     ~Camera()
     {
-        if (acquiring)
-            arv_camera_stop_acquisition(camera, nullptr);
+        stopAcquisition();
         if (stream)
             g_object_unref(stream);
         if (camera)
             g_object_unref(camera);
     }
+
+    ArvDevice* device() const { return arv_camera_get_device(camera); }
 
     int64_t integer(const char* feature)
     {
@@ -94,10 +121,52 @@ struct AravisSource::Camera
         return value;
     }
 
+    void stopAcquisition()
+    {
+        if (acquiring)
+            arv_camera_stop_acquisition(camera, nullptr);
+        acquiring = false;
+    }
+
+    // The camera's description of its frames, for the repair hints.
+    void readHints()
+    {
+        GError* error = nullptr;
+        // A format that the camera's own enumeration does not name reads as none.
+        const char* const format = arv_camera_get_pixel_format_as_string(camera, &error);
+        g_clear_error(&error);
+        pixelFormat = Utils::Variant(Core::String(format ? format : "", newLock()));
+        width = Utils::Variant(Core::Integer(integer("Width"), newLock()));
+        height = Utils::Variant(Core::Integer(integer("Height"), newLock()));
+        payloadSize = arv_camera_get_payload(camera, &error);
+        check(error, "cannot read \"PayloadSize\"");
+        payload = Utils::Variant(Core::Integer(static_cast<int64_t>(payloadSize), newLock()));
+    }
+
+    // A new stream with a full pool, or none once the camera has vanished.
+    // Buffers of the old one that the graph still holds go back to it, and it
+    // goes with the last of them.
+    void openStream()
+    {
+        if (stream)
+            g_object_unref(stream);
+        stream = nullptr;
+        GError* error = nullptr;
+        stream = arv_camera_create_stream(camera, nullptr, nullptr, &error);
+        check(error, "cannot open the camera's stream");
+        const size_t bufferSize = settings.bufferSize ? settings.bufferSize : payloadSize;
+        for (unsigned i = 0; i < (vanished ? 0 : settings.bufferCount); ++i)
+            arv_stream_push_buffer(stream, arv_buffer_new(bufferSize, nullptr));
+    }
+
     AravisSettings settings;
     ArvCamera* camera = nullptr;
     ArvStream* stream = nullptr;
     bool acquiring = false;
+    bool vanished = false;
+    uint64_t frames = 0;
+    unsigned timeoutsInRow = 0;
+    std::string lost;
     size_t payloadSize = 0;
     Utils::Variant pixelFormat;
     Utils::Variant width;
@@ -117,6 +186,9 @@ AravisSource::AravisSource(const std::shared_ptr<Core::IResourcePool>& resourceP
     GError* error = nullptr;
     c.camera = arv_camera_new(settings.camera.empty() ? nullptr : settings.camera.c_str(), &error);
     check(error, "cannot open camera \"" + settings.camera + "\"");
+    // Writes out of range or to features that cannot be written are refused, as a node map does.
+    arv_device_set_range_check_policy(c.device(), ARV_RANGE_CHECK_POLICY_ENABLE);
+    arv_device_set_access_check_policy(c.device(), ARV_ACCESS_CHECK_POLICY_ENABLE);
     if (settings.width)
         arv_camera_set_integer(c.camera, "Width", settings.width, &error);
     if (!error && settings.height)
@@ -136,20 +208,8 @@ AravisSource::AravisSource(const std::shared_ptr<Core::IResourcePool>& resourceP
             arv_camera_set_float(c.camera, name, feature->get<double>(), &error);
     }
     check(error, "cannot set up camera \"" + settings.camera + "\"");
-
-    const char* const format = arv_camera_get_pixel_format_as_string(c.camera, &error);
-    check(error, "cannot read \"PixelFormat\"");
-    c.pixelFormat = Utils::Variant(Core::String(format ? format : "", newLock()));
-    c.width = Utils::Variant(Core::Integer(c.integer("Width"), newLock()));
-    c.height = Utils::Variant(Core::Integer(c.integer("Height"), newLock()));
-    c.payloadSize = arv_camera_get_payload(c.camera, &error);
-    check(error, "cannot read \"PayloadSize\"");
-    c.payload = Utils::Variant(Core::Integer(static_cast<int64_t>(c.payloadSize), newLock()));
-
-    c.stream = arv_camera_create_stream(c.camera, nullptr, nullptr, &error);
-    check(error, "cannot open the camera's stream");
-    for (unsigned i = 0; i < settings.bufferCount; ++i)
-        arv_stream_push_buffer(c.stream, arv_buffer_new(c.payloadSize, nullptr));
+    c.readHints();
+    c.openStream();
 
     const auto integerType = Utils::TypeInfo::get<Core::IInteger>(true);
     createOutput("GrabResult", "The frame as the stream delivered it", Utils::TypeInfo::get<GrabResult>(true),
@@ -159,7 +219,8 @@ AravisSource::AravisSource(const std::shared_ptr<Core::IResourcePool>& resourceP
     createOutput("Width", "The camera's Width feature", integerType, true, unlimited);
     createOutput("Height", "The camera's Height feature", integerType, true, unlimited);
     createOutput("PayloadSize", "The camera's PayloadSize feature", integerType, true, unlimited);
-    createOutput("StreamPayloadSize", "The size of the stream's buffers", integerType, true, unlimited);
+    createOutput("StreamPayloadSize", "The bytes the stream received for the frame", integerType, true,
+                 unlimited);
     createOutput("Image", "The successful frame as an image", Utils::TypeInfo::get<Core::IImage>(true), true,
                  unlimited);
 }
@@ -186,7 +247,9 @@ Core::UpdateOutputs AravisSource::run(const std::shared_ptr<Core::IGraphUpdate>&
                                      {"StreamPayloadSize", c.payload},
                                      {"Image", image}}}};
     };
-    if (!c.acquiring)
+    if (!c.lost.empty())
+        return fail(c.lost);
+    if (!c.acquiring && !c.vanished)
     {
         GError* error = nullptr;
         arv_camera_start_acquisition(c.camera, &error);
@@ -200,9 +263,22 @@ Core::UpdateOutputs AravisSource::run(const std::shared_ptr<Core::IGraphUpdate>&
     }
     ArvBuffer* const popped = arv_stream_timeout_pop_buffer(c.stream, uint64_t{c.settings.timeoutMs} * 1000);
     if (!popped)
-        return fail("no frame from camera \"" + c.settings.camera + "\" within " +
-                    std::to_string(c.settings.timeoutMs) + " ms");
+    {
+        const std::string within = " within " + std::to_string(c.settings.timeoutMs) + " ms";
+        if (++c.timeoutsInRow == c.settings.lostAfterTimeouts)
+            c.lost = "camera \"" + c.settings.camera + "\" lost: " + std::to_string(c.timeoutsInRow) +
+                     " frames in a row did not come" + within;
+        return fail(c.lost.empty() ? "no frame from camera \"" + c.settings.camera + "\"" + within : c.lost);
+    }
+    c.timeoutsInRow = 0;
     const auto buffer = std::make_shared<StreamBuffer>(c.stream, popped);
+    if (++c.frames == c.settings.vanishAfterFrames)
+    {
+        // Gone as with a pulled cable: no acquisition, and a stream that delivers nothing.
+        c.stopAcquisition();
+        c.vanished = true;
+        c.openStream();
+    }
     const Utils::Variant streamPayload =
         Utils::Variant(Core::Integer(static_cast<int64_t>(buffer->getSize()), newLock()));
     const auto outputs = [&](const GrabResultDescription& description, Utils::Variant image)
@@ -227,8 +303,9 @@ Core::UpdateOutputs AravisSource::run(const std::shared_ptr<Core::IGraphUpdate>&
     const ArvBufferStatus status = arv_buffer_get_status(popped);
     if (status != ARV_BUFFER_STATUS_SUCCESS)
         // The bytes that arrived, without a description: only the hints can repair them.
-        return outputs({false, Tarvik::PixelType_Undefined, 0, 0, 0, 0},
-                       failedImage("the camera's buffer came with status " + std::to_string(status)));
+        return outputs(
+            {false, Tarvik::PixelType_Undefined, 0, 0, 0, 0},
+            failedImage(std::string("the camera's buffer came with status \"") + statusName(status) + "\""));
     const ArvPixelFormat format = arv_buffer_get_image_pixel_format(popped);
     const Tarvik::EPixelType type = pixelTypeOf(format);
     if (type == Tarvik::PixelType_Undefined)
@@ -249,6 +326,35 @@ Core::UpdateOutputs AravisSource::run(const std::shared_ptr<Core::IGraphUpdate>&
     image.setData(Utils::COWPtr<Core::IImage>(new Core::Image(type, description.width, description.height,
                                                               description.paddingX, buffer, newLock())));
     return outputs(description, std::move(image));
+}
+
+std::vector<FeatureRow> AravisSource::listFeatures() const
+{
+    return listCameraFeatures(m_camera->device());
+}
+
+std::string AravisSource::getFeature(const std::string& name) const
+{
+    return getCameraFeature(m_camera->device(), name);
+}
+
+void AravisSource::setFeature(const std::string& name, const std::string& value)
+{
+    Camera& c = *m_camera;
+    c.stopAcquisition();
+    setCameraFeature(c.device(), name, value);
+    c.readHints();
+    c.openStream();
+}
+
+std::string AravisSource::registerDescription() const
+{
+    return cameraDescription(m_camera->device());
+}
+
+const std::string& AravisSource::lostReason() const
+{
+    return m_camera->lost;
 }
 
 namespace

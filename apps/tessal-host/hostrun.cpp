@@ -1,5 +1,6 @@
 #include "hostrun.h"
 
+#include "aravissource.h"
 #include "runrecorder.h"
 
 #include <chrono>
@@ -86,12 +87,24 @@ int runGraph(const ModuleCatalog& catalog, const GraphDescription& description, 
     catalog.build(graph, description);
     std::map<std::string, std::string> modules;
     const SyntheticCamera* camera = nullptr;
+    std::vector<const AravisSource*> aravisCameras;
     for (const GraphDescription::Node& node : description.nodes)
     {
         modules[node.name] = node.module;
         if (const auto* const found = dynamic_cast<const SyntheticCamera*>(graph.node(node.name).get()))
             camera = found;
+        if (const auto* const found = dynamic_cast<const AravisSource*>(graph.node(node.name).get()))
+            aravisCameras.push_back(found);
     }
+    const auto lostCamera = [&]() -> std::string
+    {
+        for (const AravisSource* const aravis : aravisCameras)
+            if (!aravis->lostReason().empty())
+                return aravis->lostReason();
+        return "";
+    };
+    std::string lost;
+    uint64_t ran = 0;
     RunRecorder recorder(options.outputFolder, options.pngEvery,
                          [camera](uint64_t frame) { return camera ? camera->frameStatus(frame) : "ok"; });
     recorder.attach(graph);
@@ -100,10 +113,11 @@ int runGraph(const ModuleCatalog& catalog, const GraphDescription& description, 
     {
         Progress progress(options.frames, options.quiet);
         graph.start();
-        for (uint64_t frame = 0; frame < options.frames; ++frame)
+        for (; ran < options.frames && lost.empty(); ++ran)
         {
             graph.runUpdate();
-            progress.frameDone(frame + 1);
+            progress.frameDone(ran + 1);
+            lost = lostCamera();
         }
         graph.stop();
     }
@@ -115,12 +129,17 @@ int runGraph(const ModuleCatalog& catalog, const GraphDescription& description, 
         errors += graph.statistics(name).errorCount();
     if (!options.quiet)
     {
-        std::printf("%llu frames in %.1f s (%.1f frames/s)\n",
-                    static_cast<unsigned long long>(options.frames), seconds,
-                    static_cast<double>(options.frames) / seconds);
+        std::printf("%llu frames in %.1f s (%.1f frames/s)\n", static_cast<unsigned long long>(ran), seconds,
+                    static_cast<double>(ran) / seconds);
         printSummary(graph, modules);
         std::printf("Outputs in %s: open %s in a browser\n", options.outputFolder.string().c_str(),
                     (options.outputFolder / "report.html").string().c_str());
+    }
+    if (!lost.empty())
+    {
+        std::fprintf(stderr, "tessal-host: %s; the run ended after %llu of %llu frames\n", lost.c_str(),
+                     static_cast<unsigned long long>(ran), static_cast<unsigned long long>(options.frames));
+        return exitSourceLost;
     }
     return errors == 0 ? exitDone : exitFailed;
 }

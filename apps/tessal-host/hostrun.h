@@ -25,11 +25,13 @@ enum ExitCode : int
     exitFailed = 1,
     exitBadInput = 2,
     exitCannotOpen = 3,
+    exitSourceLost = 4,
 };
 
 // A folder under ./tessal-runs named after the command and the time.
 std::filesystem::path defaultOutputFolder(const std::string& command);
 
 // Runs the graph and writes its outputs; exitFailed when a node reported errors.
+// A camera that is lost ends the run early, with exitSourceLost.
 // Raises GraphFileError for a graph that cannot be built.
 int runGraph(const ModuleCatalog& catalog, const GraphDescription& description, const RunOptions& options);

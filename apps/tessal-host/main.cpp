@@ -4,13 +4,13 @@
 //   tessal-host run GRAPH.json [--frames N] [--output DIR]   a graph file
 //   tessal-host demo [--frames N] [--output DIR]             the default graph
 //   tessal-host demo --camera Fake_1                         ... on an Aravis camera
-//   tessal-host nodemap (--module M | --graph G --node N) [--load F] [list | get X | set X V | xml]
-//                       [--save F]
+//   tessal-host nodemap (--module M | --graph G --node N | --camera C) [--load F]
+//                       [list | get X | set X V | xml] [--save F]
 //
 // The package is looked for beside the host (../lib), unless --package or the
 // environment variable TESSAL_PACKAGE names it. Exit codes: 0 done, 1 a frame or
 // node failed as reported, 2 bad command line or graph file, 3 the package or a
-// source could not be opened.
+// source could not be opened, 4 a camera was lost during the run.
 #include "hostrun.h"
 #include "modulecatalog.h"
 #include "nodemaptool.h"
@@ -54,6 +54,8 @@ void addRunOptions(CLI::App& command, RunOptions& options, std::string& output)
 struct NodemapOptions
 {
     std::string module;
+    std::string camera;
+    bool onCamera = false;
     std::string graph;
     std::string node;
     std::string load;
@@ -66,17 +68,21 @@ struct NodemapOptions
 };
 
 // Lists, reads or writes the features of one node: a fresh node of a module,
-// or a node of a built graph ("default" names the default graph).
+// or a node of a built graph ("default" names the default graph), or an Aravis
+// camera, whose own features are listed under "camera".
 int nodemapCommand(const ModuleCatalog& catalog, const NodemapOptions& options)
 {
     Tarvik::DataProcessing::Core::Graph graph;
     std::shared_ptr<Tarvik::DataProcessing::Core::INode> node;
     if (!options.module.empty())
         node = catalog.create({"node", options.module, nlohmann::json::object()}, graph.resourcePool());
+    else if (options.onCamera)
+        node = catalog.create({"camera", ModuleCatalog::aravisModule, {{"Camera", options.camera}}},
+                              graph.resourcePool());
     else
     {
         if (options.graph.empty() || options.node.empty())
-            throw GraphFileError("nodemap needs --module, or --graph and --node");
+            throw GraphFileError("nodemap needs --module, --camera, or --graph and --node");
         catalog.build(graph, options.graph == "default" ? catalog.defaultGraph({})
                                                         : GraphDescription::load(options.graph));
         node = graph.node(options.node);
@@ -190,8 +196,12 @@ int main(int argc, char** argv)
 
     NodemapOptions nodemapOptions;
     CLI::App* const nodemap = app.add_subcommand(
-        "nodemap", "List, get and set the node-map features of a node; save and load its settings");
+        "nodemap", "List, get and set the node-map features of a node or a camera; save and load a node's "
+                   "settings");
     nodemap->add_option("--module", nodemapOptions.module, "A fresh node of this module");
+    nodemap->add_option("--camera", nodemapOptions.camera,
+                        "The features of this Aravis camera (\"\": the first found). A real camera keeps "
+                        "what is written until it is powered off; \"Fake_1\" starts afresh in each process");
     nodemap->add_option("--graph", nodemapOptions.graph,
                         "A graph file, or \"default\" for the default graph");
     nodemap->add_option("--node", nodemapOptions.node, "The node of the graph");
@@ -227,6 +237,7 @@ int main(int argc, char** argv)
                 nodemapOptions.get = get->parsed();
                 nodemapOptions.set = set->parsed();
                 nodemapOptions.xml = xml->parsed();
+                nodemapOptions.onCamera = nodemap->count("--camera") > 0;
                 return nodemapCommand(catalog, nodemapOptions);
             }
             if (*run)

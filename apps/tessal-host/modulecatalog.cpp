@@ -75,7 +75,12 @@ AravisSettings aravisSettings(const GraphDescription::Node& node)
     camera.height = setting<uint32_t>(node.settings, "Height", 0, node.name);
     camera.pixelFormat = setting<std::string>(node.settings, "PixelFormat", "", node.name);
     camera.bufferCount = setting<unsigned>(node.settings, "BufferCount", camera.bufferCount, node.name);
+    camera.bufferSize = setting<size_t>(node.settings, "BufferSize", camera.bufferSize, node.name);
     camera.timeoutMs = setting<unsigned>(node.settings, "TimeoutMs", camera.timeoutMs, node.name);
+    camera.lostAfterTimeouts =
+        setting<unsigned>(node.settings, "LostAfterTimeouts", camera.lostAfterTimeouts, node.name);
+    camera.vanishAfterFrames =
+        setting<uint64_t>(node.settings, "VanishAfterFrames", camera.vanishAfterFrames, node.name);
     camera.features = setting<nlohmann::json>(node.settings, "Features", camera.features, node.name);
     if (!camera.features.is_object())
         throw GraphFileError("node '" + node.name + "': setting \"Features\" is not an object");

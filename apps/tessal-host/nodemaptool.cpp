@@ -1,5 +1,7 @@
 #include "nodemaptool.h"
 
+#include "aravissource.h"
+
 #include <TarvikDataProcessingCore/core/INodeMapContainer.h>
 #include <TarvikDataProcessingCore/core/MemorySettings.h>
 
@@ -91,6 +93,12 @@ std::string rangeOf(GenApi::INode& node)
     return "";
 }
 
+// An Aravis camera shows its own features beside the node maps.
+AravisSource* cameraOf(Core::INode& node)
+{
+    return dynamic_cast<AravisSource*>(&node);
+}
+
 GenApi::IValue& featureOf(Core::INode& node, const std::string& name)
 {
     for (const auto& [mapName, map] : nodeMapsOf(node))
@@ -123,6 +131,11 @@ std::vector<FeatureRow> listFeatures(Core::INode& node)
                             visibilityName(feature->GetVisibility())});
         }
     }
+    if (const AravisSource* const camera = cameraOf(node))
+    {
+        const std::vector<FeatureRow> cameraRows = camera->listFeatures();
+        rows.insert(rows.end(), cameraRows.begin(), cameraRows.end());
+    }
     return rows;
 }
 
@@ -132,16 +145,22 @@ std::string registerDescriptions(Core::INode& node)
     for (const auto& [mapName, map] : nodeMapsOf(node))
         text += std::string("<!-- node map \"") + mapName.c_str() + "\" -->\n" +
                 GenApi::GetDocumentText(map).c_str() + "\n";
+    if (const AravisSource* const camera = cameraOf(node))
+        text += "<!-- node map \"camera\" -->\n" + camera->registerDescription() + "\n";
     return text;
 }
 
 std::string getFeature(Core::INode& node, const std::string& name)
 {
+    if (const AravisSource* const camera = cameraOf(node))
+        return camera->getFeature(name);
     return featureOf(node, name).ToString().c_str();
 }
 
 void setFeature(Core::INode& node, const std::string& name, const std::string& value)
 {
+    if (AravisSource* const camera = cameraOf(node))
+        return camera->setFeature(name, value);
     featureOf(node, name).FromString(value.c_str());
 }
 

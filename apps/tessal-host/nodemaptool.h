@@ -1,7 +1,8 @@
 // The node-map tool: the features of a node's node maps as a client sees them
 // (name, type, access mode, value, range, visibility), reading and writing a
 // feature by name, and a node's settings saved to and loaded from a JSON file
-// through the node's ISettings interface.
+// through the node's ISettings interface. An Aravis camera node has no node
+// maps of its own; its camera's features take their place, in the map "camera".
 //
 // Every call goes through the node map, and so takes the node's lock there.
 #pragma once

@@ -1,17 +1,23 @@
 // The default graph on Aravis' in-process fake camera: the whole road from a
 // GenICam stack to the run's figures, with the camera's buffers adopted, not
-// copied, and given back to the stream.
+// copied, and given back to the stream; the camera's own features through the
+// node-map tool; and what the camera can do wrong.
 #include "built_package.h"
+#include "host_command.h"
 #include "hostrun.h"
 #include "modulecatalog.h"
+#include "nodemaptool.h"
+#include "pngreader.h"
 #include "sourceerror.h"
 
 #include <TarvikDataProcessingCore/core/IImage.h>
+#include <TarvikDataProcessingCore/core/ScalarValues.h>
 
 #include <TarvikViewerDataTypes2/GrabResult.h>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <set>
 #include <sstream>
@@ -25,26 +31,43 @@ constexpr uint32_t width = 64;
 constexpr uint32_t height = 48;
 constexpr unsigned bufferCount = 3;
 
-DefaultGraphOptions onFakeCamera()
+using Image = Utils::COWPtr<Core::IImage>;
+
+class AravisFakeCamera : public ::testing::Test
 {
-    DefaultGraphOptions options;
-    options.camera.width = width;
-    options.camera.height = height;
-    options.aravis = {
-        {"Camera", "Fake_1"}, {"Width", width}, {"Height", height}, {"BufferCount", bufferCount}};
-    return options;
-}
+protected:
+    static DefaultGraphOptions onFakeCamera()
+    {
+        DefaultGraphOptions options;
+        options.camera.width = width;
+        options.camera.height = height;
+        options.aravis = {
+            {"Camera", "Fake_1"}, {"Width", width}, {"Height", height}, {"BufferCount", bufferCount}};
+        return options;
+    }
+
+    // Builds the default graph and keeps the outputs of each node of the last update.
+    void build(const DefaultGraphOptions& options)
+    {
+        catalog.build(graph, catalog.defaultGraph(options));
+        graph.setObserver([this](const std::shared_ptr<Core::IGraphUpdate>&, const std::string& node,
+                                 const Core::ValueMap& outputs) { last[node] = outputs; });
+    }
+
+    Image lastImage(const std::string& node) const { return last.at(node).at("Image").get<Image>(true); }
+
+    PackageLoader package{builtPackagePath()};
+    ModuleCatalog catalog{package};
+    Core::Graph graph;
+    std::map<std::string, Core::ValueMap> last;
+};
 
 } // namespace
 
-TEST(AravisFakeCamera, DefaultGraphRunsOnAdoptedBuffersThatGoBackToTheStream)
+TEST_F(AravisFakeCamera, DefaultGraphRunsOnAdoptedBuffersThatGoBackToTheStream)
 {
-    const PackageLoader package{builtPackagePath()};
-    const ModuleCatalog catalog{package};
-    Core::Graph graph;
-    catalog.build(graph, catalog.defaultGraph(onFakeCamera()));
+    build(onFakeCamera());
     std::set<const void*> buffers;
-    std::vector<uint64_t> histogramSums;
     graph.setObserver(
         [&](const std::shared_ptr<Core::IGraphUpdate>&, const std::string& node,
             const Core::ValueMap& outputs)
@@ -52,7 +75,7 @@ TEST(AravisFakeCamera, DefaultGraphRunsOnAdoptedBuffersThatGoBackToTheStream)
             if (node == "camera")
             {
                 const auto grab = outputs.at("GrabResult").get<GrabResult>(true);
-                const auto image = outputs.at("Image").get<Utils::COWPtr<Core::IImage>>(true);
+                const auto image = outputs.at("Image").get<Image>(true);
                 ASSERT_TRUE(grab->grabSucceeded());
                 ASSERT_EQ(image->getImageData().data, grab->getBuffer()->getData());
                 buffers.insert(grab->getBuffer()->getData());
@@ -70,15 +93,14 @@ TEST(AravisFakeCamera, DefaultGraphRunsOnAdoptedBuffersThatGoBackToTheStream)
         EXPECT_EQ(graph.statistics(name).errorCount(), 0u) << name;
 }
 
-TEST(AravisFakeCamera, RunLeavesHistogramsThatCountEveryPixel)
+TEST_F(AravisFakeCamera, RunLeavesHistogramsThatCountEveryPixelAndFramesThatDecode)
 {
-    const PackageLoader package{builtPackagePath()};
-    const ModuleCatalog catalog{package};
     const std::filesystem::path folder = std::filesystem::temp_directory_path() / "tessal-host-test-aravis";
     std::filesystem::remove_all(folder);
     RunOptions run;
     run.frames = 30;
     run.outputFolder = folder;
+    run.pngEvery = 1;
     run.quiet = true;
     ASSERT_EQ(runGraph(catalog, catalog.defaultGraph(onFakeCamera()), run), exitDone);
 
@@ -101,42 +123,159 @@ TEST(AravisFakeCamera, RunLeavesHistogramsThatCountEveryPixel)
         ++rows;
     }
     EXPECT_EQ(rows, 30);
-    EXPECT_TRUE(std::filesystem::exists(folder / "frames/000000.png"));
+
+    // The converted frames that reached the display, read back from their PNG files.
+    int decoded = 0;
+    for (const auto& file : std::filesystem::directory_iterator(folder / "frames"))
+    {
+        std::ifstream in(file.path(), std::ios::binary);
+        const std::vector<uint8_t> bytes{std::istreambuf_iterator<char>(in), {}};
+        std::vector<uint8_t> pixels;
+        const PngFrame frame = readPng(bytes,
+                                       [&](const PngFrame&, size_t size)
+                                       {
+                                           pixels.resize(size);
+                                           return pixels.data();
+                                       });
+        EXPECT_EQ(frame.pixelType, Tarvik::PixelType_Mono8) << file.path();
+        EXPECT_EQ(frame.width, width) << file.path();
+        EXPECT_EQ(frame.height, height) << file.path();
+        // The fake camera's ramp, not an empty frame.
+        const auto [darkest, brightest] = std::minmax_element(pixels.begin(), pixels.end());
+        EXPECT_LT(*darkest, *brightest) << file.path();
+        ++decoded;
+    }
+    EXPECT_GE(decoded, 2); // the first frame shown and the last
 }
 
-TEST(AravisFakeCamera, MissingCamerasAndFramesAreReported)
+TEST_F(AravisFakeCamera, FeatureWrittenThroughTheNodeMapToolChangesTheNextFrames)
 {
-    const PackageLoader package{builtPackagePath()};
-    const ModuleCatalog catalog{package};
+    build(onFakeCamera());
+    Core::INode& camera = *graph.node("camera");
+    const std::vector<FeatureRow> rows = listFeatures(camera);
+    const auto widthRow =
+        std::find_if(rows.begin(), rows.end(), [](const FeatureRow& row) { return row.name == "Width"; });
+    ASSERT_NE(widthRow, rows.end());
+    EXPECT_EQ(*widthRow,
+              (FeatureRow{"camera", "Width", "Integer", "RW", "64", "1..2048 step 1", "Beginner"}));
+
+    std::vector<uint32_t> grabbed;
+    std::vector<int64_t> hinted;
+    std::vector<uint32_t> decompressed;
+    const auto runFrames = [&](int frames)
+    {
+        for (int frame = 0; frame < frames; ++frame)
+        {
+            graph.runUpdate();
+            grabbed.push_back(last.at("camera").at("GrabResult").get<GrabResult>(true)->getWidth());
+            hinted.push_back(last.at("camera").at("Width").get<Core::IInteger>(true)->getValue());
+            decompressed.push_back(lastImage("decompressor")->getWidth());
+        }
+    };
+    graph.start();
+    runFrames(3);
+    // Wider frames need larger buffers than the pool's: the stream is renewed.
+    setFeature(camera, "Width", "96");
+    EXPECT_EQ(getFeature(camera, "Width"), "96");
+    runFrames(3);
+    EXPECT_THROW(setFeature(camera, "Width", "4096"), std::invalid_argument); // beyond the sensor
+    runFrames(1);
+    graph.stop();
+    const std::vector<uint32_t> widths = {64, 64, 64, 96, 96, 96, 96};
+    EXPECT_EQ(grabbed, widths);
+    EXPECT_EQ(hinted, std::vector<int64_t>(widths.begin(), widths.end()));
+    EXPECT_EQ(decompressed, widths);
+    for (const std::string& name : graph.nodeNames())
+        EXPECT_EQ(graph.statistics(name).errorCount(), 0u) << name;
+}
+
+TEST_F(AravisFakeCamera, TruncatedBuffersAreFailedGrabResultsThatTheHintsRepair)
+{
+    DefaultGraphOptions truncated = onFakeCamera();
+    truncated.aravis["BufferSize"] = width * height / 2;
+    build(truncated);
+    graph.start();
+    graph.runUpdate();
+    graph.stop();
+    const auto failed = last.at("camera").at("GrabResult").get<GrabResult>(true);
+    EXPECT_FALSE(failed->hasError(false));
+    EXPECT_FALSE(failed->grabSucceeded());
+    EXPECT_STREQ(lastImage("camera")->getError(false)->getDescription().c_str(),
+                 "the camera's buffer came with status \"size mismatch\"");
+    const Image repaired = lastImage("decompressor");
+    ASSERT_FALSE(repaired->hasError(false));
+    EXPECT_EQ(repaired->getWidth(), width);
+    EXPECT_EQ(repaired->getHeight(), height);
+}
+
+TEST_F(AravisFakeCamera, UnknownPixelFormatIsAnErrorValueNamingTheCode)
+{
+    DefaultGraphOptions options = onFakeCamera();
+    // A code beside those that the camera's PixelFormat names: Mono, 8 bits, id 0x99.
+    options.aravis["Features"] = {{"PixelFormatRegister", 0x01080099}};
+    build(options);
+    graph.start();
+    graph.runUpdate();
+    graph.stop();
+    const char* const unknown = "the camera sent pixel format 0x01080099, which the package does not know";
+    const auto refused = last.at("camera").at("GrabResult").get<GrabResult>(true);
+    ASSERT_TRUE(refused->hasError(false));
+    EXPECT_STREQ(refused->getError(false)->getDescription().c_str(), unknown);
+    EXPECT_STREQ(lastImage("decompressor")->getError(false)->getDescription().c_str(), unknown);
+}
+
+TEST_F(AravisFakeCamera, MissingCamerasAndFramesAreReported)
+{
     DefaultGraphOptions options = onFakeCamera();
     options.aravis["Camera"] = "Fake_no_such_camera";
     Core::Graph missing;
     EXPECT_THROW(catalog.build(missing, catalog.defaultGraph(options)), SourceError);
 
-    // A pool of one buffer that the graph holds on to: the next frame cannot
-    // come, and is an error value; once the buffer is let go, frames come again.
+    // A pool of one buffer, which the record of the last outputs holds until the
+    // next update replaces it: that update cannot have a frame, and gives an
+    // error value; then the buffer is free, and a frame comes again. Timeouts
+    // that are not in a row do not make the camera lost.
     options = onFakeCamera();
     options.aravis["BufferCount"] = 1;
     options.aravis["TimeoutMs"] = 50;
-    Core::Graph graph;
-    catalog.build(graph, catalog.defaultGraph(options));
-    std::vector<Core::ValueMap> held;
-    graph.setObserver(
-        [&](const std::shared_ptr<Core::IGraphUpdate>&, const std::string& node,
-            const Core::ValueMap& outputs)
-        {
-            if (node == "camera")
-                held.push_back(outputs);
-        });
+    options.aravis["LostAfterTimeouts"] = 2;
+    build(options);
     graph.start();
-    graph.runUpdate();
-    graph.runUpdate();
-    held.clear();
-    graph.runUpdate();
+    for (int update = 0; update < 4; ++update)
+        graph.runUpdate();
     graph.stop();
     const auto& errors = graph.statistics("camera").errors();
     ASSERT_EQ(errors.size(), 1u);
     EXPECT_EQ(errors.begin()->first, "no frame from camera \"Fake_1\" within 50 ms");
-    EXPECT_EQ(errors.begin()->second, 1u);
-    EXPECT_EQ(graph.statistics("camera").framesOut(), 3u);
+    EXPECT_EQ(errors.begin()->second, 2u);
+    EXPECT_EQ(graph.statistics("camera").framesOut(), 4u);
+}
+
+// The camera through the command line: its features, and a camera that stops
+// sending mid-stream, which ends the run.
+TEST(AravisCommands, CameraFeaturesAndALostCamera)
+{
+    const Command set = host("nodemap --camera Fake_1 set Width 100");
+    EXPECT_EQ(set.exitCode, exitDone) << set.output;
+    EXPECT_NE(set.output.find("Width = 100\n"), std::string::npos) << set.output;
+    const Command unknown = host("nodemap --camera Fake_1 get NoSuchFeature");
+    EXPECT_EQ(unknown.exitCode, exitBadInput) << unknown.output;
+    EXPECT_NE(unknown.output.find("the camera has no feature \"NoSuchFeature\""), std::string::npos)
+        << unknown.output;
+
+    const std::filesystem::path folder = std::filesystem::temp_directory_path() / "tessal-host-test-lost";
+    std::filesystem::remove_all(folder);
+    std::filesystem::create_directories(folder);
+    std::ofstream(folder / "graph.json") << R"({"nodes": [
+        {"name": "camera", "module": "AravisCamera", "settings": {"Camera": "Fake_1", "Width": 32,
+         "Height": 16, "TimeoutMs": 100, "LostAfterTimeouts": 3, "VanishAfterFrames": 5}},
+        {"name": "display", "module": "Display"}],
+      "edges": [{"from": "camera.Image", "to": "display.Image"}]})";
+    const Command lost =
+        host("run " + (folder / "graph.json").string() + " -q -n 50 -o " + (folder / "out").string());
+    EXPECT_EQ(lost.exitCode, exitSourceLost) << lost.output;
+    EXPECT_NE(lost.output.find("camera \"Fake_1\" lost: 3 frames in a row did not come within 100 ms; "
+                               "the run ended after 8 of 50 frames"),
+              std::string::npos)
+        << lost.output;
 }

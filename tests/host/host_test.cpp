@@ -1,6 +1,7 @@
 // The host as a whole: the default graph on the synthetic camera, its outputs,
 // graph files and packages that must be refused, and the exit codes.
 #include "built_package.h"
+#include "host_command.h"
 #include "hostrun.h"
 #include "modulecatalog.h"
 #include "nodemaptool.h"
@@ -15,7 +16,6 @@
 #include <cstring>
 #include <fstream>
 #include <sstream>
-#include <sys/wait.h>
 
 using namespace Tarvik::DataProcessing;
 
@@ -53,24 +53,6 @@ std::vector<std::vector<std::string>> csvRows(const std::filesystem::path& file)
         rows.push_back(fields);
     }
     return rows;
-}
-
-struct Command
-{
-    int exitCode;
-    std::string output;
-};
-
-Command host(const std::string& arguments)
-{
-    const std::string command = std::string(TESSAL_HOST) + " " + arguments + " 2>&1";
-    FILE* const pipe = popen(command.c_str(), "r");
-    std::string output;
-    char chunk[512];
-    while (pipe && std::fgets(chunk, sizeof chunk, pipe))
-        output += chunk;
-    const int status = pipe ? pclose(pipe) : -1;
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, output};
 }
 
 class HostRun : public ::testing::Test
