@@ -1,5 +1,6 @@
 // Test tools for the GenApi runtime: a port that keeps its registers in memory
-// and counts accesses, and loading of documents from tests/data/genicam.
+// and counts accesses, loading of documents from tests/data/genicam, and the
+// text of the exception an access throws.
 #pragma once
 
 #include <GenApi/GenApi.h>
@@ -29,14 +30,28 @@ inline std::string ReadDocument(const std::string& name)
     return text.str();
 }
 
-// Builds a map from a document in tests/data/genicam, the way the adapter does:
-// from memory, without cache, with or without a lock of the caller.
+// Builds a map from a document text the way the adapter does: from memory,
+// without cache, with or without a lock of the caller.
 inline GenApi::INodeMap* CreateMap(const std::string& text, GenApi::CLock* lock = nullptr)
 {
     GenApi::CNodeMapFactory factory(GenApi::ContentType_Xml, text.data(), text.size(),
                                     GenApi::CacheUsage_Ignore, false);
     return lock != nullptr ? factory.CreateNodeMap(*lock, "Device", true)
                            : factory.CreateNodeMap("Device", true);
+}
+
+// "ExceptionName: description" of the GenICam exception the action throws.
+inline std::string ErrorText(const std::function<void()>& action)
+{
+    try
+    {
+        action();
+    }
+    catch (const GenICam::GenericException& e)
+    {
+        return std::string(e.GetExceptionName()) + ": " + e.GetDescription();
+    }
+    return "no exception";
 }
 
 // A register space of a fixed size in memory. Accesses outside it throw, so a
@@ -63,7 +78,6 @@ public:
     void Write(const void* pBuffer, int64_t Address, int64_t Length) override
     {
         Check(Address, Length);
-        ++writes;
         std::memcpy(m_bytes.data() + Address, pBuffer, static_cast<size_t>(Length));
     }
 
@@ -82,8 +96,6 @@ public:
         return value;
     }
 
-    uint8_t Byte(int64_t address) const { return m_bytes.at(static_cast<size_t>(address)); }
-
     // The Port node the map handed over, for tests of the connection.
     GenApi::INode* PortNode() const
     {
@@ -92,7 +104,6 @@ public:
 
     GenApi::EAccessMode accessMode = GenApi::RW;
     int reads = 0;
-    int writes = 0;
     std::function<void(int64_t)> onRead;
 
 private:

@@ -6,12 +6,10 @@
 
 using namespace GenApi;
 using GenApiTest::CMemoryPort;
+using GenApiTest::ErrorText;
 
 namespace
 {
-
-constexpr int64_t mono8 = 0x01080001;
-constexpr int64_t bgra8 = 0x02200017;
 
 class NodeMapEnumeration : public ::testing::Test
 {
@@ -20,7 +18,7 @@ protected:
     {
         ref = GenApiTest::CreateMap(GenApiTest::ReadDocument("enumeration.xml"));
         ASSERT_TRUE(ref._Connect(&port));
-        port.Poke<uint32_t>(0x100, mono8);
+        port.Poke<uint32_t>(0x100, 0x01080001); // Mono8
         alignment = ref._GetNode("OutputBitAlignment");
         pixelFormat = ref._GetNode("PixelFormat");
     }
@@ -31,39 +29,26 @@ protected:
     CEnumerationPtr pixelFormat;
 };
 
-TEST_F(NodeMapEnumeration, ConstantEnumerationTakesSymbolsAndValues)
+TEST_F(NodeMapEnumeration, ConstantEnumerationTakesSymbolsAndValuesOfItsEntries)
 {
     EXPECT_EQ(alignment->ToString(), "LsbAligned");
     *alignment = "MsbAligned";
     EXPECT_EQ(alignment->GetIntValue(), 1);
     alignment->SetIntValue(0);
     EXPECT_EQ(alignment->GetCurrentEntry()->GetSymbolic(), "LsbAligned");
-
-    try
-    {
-        alignment->SetIntValue(2);
-        FAIL() << "a value without entry was taken";
-    }
-    catch (const GenICam::OutOfRangeException& e)
-    {
-        EXPECT_STREQ(e.GetDescription(), "[OutputBitAlignment] value 2 is the value of no entry");
-    }
+    EXPECT_EQ(ErrorText([&] { alignment->SetIntValue(2); }),
+              "OutOfRangeException: [OutputBitAlignment] value 2 is the value of "
+              "no entry");
     EXPECT_THROW(alignment->FromString("Centered"), GenICam::InvalidArgumentException);
     EXPECT_EQ(alignment->GetIntValue(), 0);
-}
 
-TEST_F(NodeMapEnumeration, EntriesAreNodesOfTheMapUnderTheirOwnNames)
-{
+    // Entries are nodes of the map under their own names.
     NodeList_t entries;
     alignment->GetEntries(entries);
     ASSERT_EQ(entries.size(), 2u);
-    EXPECT_EQ(entries[1]->GetName(), "EnumEntry_OutputBitAlignment_MsbAligned");
     EXPECT_EQ(ref._GetNode("EnumEntry_OutputBitAlignment_MsbAligned"), entries[1]);
-    CEnumEntryPtr msb = entries[1];
-    EXPECT_EQ(msb->GetValue(), 1);
-    EXPECT_EQ(msb->GetSymbolic(), "MsbAligned");
-    EXPECT_DOUBLE_EQ(msb->GetNumericValue(), 1.0);
-    EXPECT_EQ(alignment->GetEntryByName("MsbAligned"), msb.operator->());
+    EXPECT_EQ(CEnumEntryPtr(entries[1])->GetValue(), 1);
+    EXPECT_EQ(alignment->GetEntryByName("MsbAligned"), CEnumEntryPtr(entries[1]).operator->());
     EXPECT_EQ(alignment->GetEntry(7), nullptr);
 }
 
@@ -72,21 +57,14 @@ TEST_F(NodeMapEnumeration, EntryAvailabilityDecidesWhatCanBeChosen)
     StringList_t symbols;
     pixelFormat->GetSymbolics(symbols);
     EXPECT_EQ(symbols, (StringList_t{"Mono8", "Mono16"}));
-    try
-    {
-        *pixelFormat = "BGRa8";
-        FAIL() << "an unavailable entry was chosen";
-    }
-    catch (const GenICam::AccessException& e)
-    {
-        EXPECT_STREQ(e.GetDescription(), "[PixelFormat] entry 'BGRa8' is not available");
-    }
+    EXPECT_EQ(ErrorText([&] { *pixelFormat = "BGRa8"; }),
+              "AccessException: [PixelFormat] entry 'BGRa8' is not available");
 
     port.Poke<uint8_t>(0x104, 1);
     pixelFormat->GetSymbolics(symbols);
     EXPECT_EQ(symbols.size(), 3u);
     *pixelFormat = "BGRa8";
-    EXPECT_EQ(port.Peek<uint32_t>(0x100), static_cast<uint32_t>(bgra8));
+    EXPECT_EQ(port.Peek<uint32_t>(0x100), 0x02200017u);
     EXPECT_EQ(pixelFormat->ToString(), "BGRa8");
 }
 
@@ -97,16 +75,6 @@ TEST_F(NodeMapEnumeration, RegisterValueWithoutEntryIsReportedOnlyWhenAskedFor)
     EXPECT_EQ(pixelFormat->GetCurrentEntry(), nullptr);
     EXPECT_THROW(pixelFormat->GetIntValue(true), GenICam::OutOfRangeException);
     EXPECT_THROW(pixelFormat->ToString(), GenICam::OutOfRangeException);
-}
-
-TEST_F(NodeMapEnumeration, HiddenFeatureStaysUsable)
-{
-    // What the converter does with features its user must not touch.
-    CNodePtr padding = ref._GetNode("OutputPaddingX");
-    padding->ImposeVisibility(Invisible);
-    EXPECT_EQ(padding->GetVisibility(), Invisible);
-    CIntegerPtr(padding)->SetValue(12);
-    EXPECT_EQ(CIntegerPtr(padding)->GetValue(), 12);
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 using namespace GenApi;
+using GenApiTest::ErrorText;
 
 namespace
 {
@@ -28,28 +29,22 @@ private:
     int& m_destroyed;
 };
 
-std::string AccessText(const std::function<void()>& action)
+// A map of gate.xml whose destruction counts into `destroyed`.
+INodeMap* CountedGateMap(int& destroyed)
 {
-    try
-    {
-        action();
-    }
-    catch (const GenICam::GenericException& e)
-    {
-        return std::string(e.GetExceptionName()) + ": " + e.GetDescription();
-    }
-    return "no exception";
+    INodeMap* map = GenApiTest::CreateMap(GenApiTest::ReadDocument("gate.xml"));
+    INode* enable = map->GetNode("Enable");
+    enable->RegisterCallback(new CDestroyCounter(enable, destroyed));
+    return map;
 }
 
-TEST(NodeMapRef, LastReferenceDestroysTheMap)
+TEST(NodeMapRef, TheLastReferenceOrAttachingAnotherMapDestroysTheMap)
 {
     int destroyed = 0;
     auto copy = std::make_unique<CNodeMapRef>();
     {
         CNodeMapRef ref;
-        ref = GenApiTest::CreateMap(GenApiTest::ReadDocument("gate.xml"));
-        INode* enable = ref._GetNode("Enable");
-        enable->RegisterCallback(new CDestroyCounter(enable, destroyed));
+        ref = CountedGateMap(destroyed);
         *copy = ref;
         CNodeMapRef third(*copy);
         third = third; // self-assignment keeps the count
@@ -59,53 +54,43 @@ TEST(NodeMapRef, LastReferenceDestroysTheMap)
     EXPECT_NE(copy->_GetNode("Enable"), nullptr);
     copy.reset();
     EXPECT_EQ(destroyed, 1);
-}
 
-TEST(NodeMapRef, AttachingAnotherMapReleasesTheFirst)
-{
-    int destroyed = 0;
-    CNodeMapRef ref(GenApiTest::CreateMap(GenApiTest::ReadDocument("gate.xml")));
-    INode* enable = ref._GetNode("Enable");
-    enable->RegisterCallback(new CDestroyCounter(enable, destroyed));
+    CNodeMapRef ref(CountedGateMap(destroyed));
     ref = CNodeMapFactory::CreateEmptyNodeMap();
-    EXPECT_EQ(destroyed, 1);
+    EXPECT_EQ(destroyed, 2);
     EXPECT_EQ(ref._GetNode("Enable"), nullptr);
     ref._Destroy();
     EXPECT_EQ(ref._Ptr, nullptr);
 }
 
-TEST(NodeMapRef, ReferenceWithoutMapAndEmptyViewsRefuseUse)
+TEST(NodeMapRef, ReferenceWithoutMapAndEmptyOrMistypedViewsRefuseUse)
 {
     CNodeMapRef ref("Camera");
     EXPECT_EQ(ref._GetDeviceName(), "Camera");
-    EXPECT_EQ(AccessText([&] { ref._GetNode("Enable"); }),
+    EXPECT_EQ(ErrorText([&] { ref._GetNode("Enable"); }),
               "AccessException: Feature not present (reference not valid)");
-    EXPECT_EQ(AccessText([&] { ref._Connect(nullptr, "Port"); }),
+    EXPECT_EQ(ErrorText([&] { ref._Connect(nullptr, "Port"); }),
               "AccessException: Feature not present (reference not valid)");
 
     CIntegerPtr empty;
-    EXPECT_FALSE(empty.IsValid());
     EXPECT_FALSE(IsReadable(empty));
-    EXPECT_EQ(AccessText([&] { empty->GetValue(); }), "LogicalErrorException: NULL pointer dereferenced");
+    EXPECT_EQ(ErrorText([&] { empty->GetValue(); }), "LogicalErrorException: NULL pointer dereferenced");
 
     CNodeMapRef gate(GenApiTest::CreateMap(GenApiTest::ReadDocument("gate.xml")));
-    CIntegerPtr wrongType = gate._GetNode("Enable");
-    EXPECT_FALSE(wrongType.IsValid()) << "a Boolean is no Integer";
-    CValuePtr value = gate._GetNode("Enable");
-    EXPECT_TRUE(value.IsValid());
+    EXPECT_FALSE(CIntegerPtr(gate._GetNode("Enable")).IsValid()) << "a Boolean is no Integer";
+    EXPECT_TRUE(CValuePtr(gate._GetNode("Enable")).IsValid());
     CCategoryPtr category = gate._GetNode("Root");
     EXPECT_EQ(category->GetAccessMode(), RO);
-    EXPECT_EQ(AccessText([&] { category->FromString("x"); }),
+    EXPECT_EQ(ErrorText([&] { category->FromString("x"); }),
               "AccessException: [Root] cannot be written: a category has no value");
 }
 
-TEST(NodeMapFactory, EmptyMapHasNoNodesAndItsOwnLock)
+TEST(NodeMapFactory, EmptyMapHasNoNodesAndItsOwnFreeLock)
 {
     CNodeMapRef ref(CNodeMapFactory::CreateEmptyNodeMap());
     NodeList_t nodes;
     ref._GetNodes(nodes);
     EXPECT_TRUE(nodes.empty());
-    EXPECT_EQ(ref._GetDeviceName(), "Device");
     GenApiTest::CMemoryPort port;
     EXPECT_FALSE(ref._Connect(&port, "Device"));
     EXPECT_FALSE(GenApiTest::IsLockedElsewhere(ref._Ptr->GetLock()));
@@ -120,44 +105,29 @@ TEST(NodeMapFactory, EveryCreateBuildsAnIndependentMapUntilTheDocumentIsReleased
     CNodeMapFactory copy(factory);
     CNodeMapRef second(copy.CreateNodeMap("Second", true));
     EXPECT_EQ(first._GetDeviceName(), "First");
-    EXPECT_EQ(second._Ptr->GetDeviceName(), "Second");
     EXPECT_EQ(CNodePtr(second._GetNode("Width"))->GetDeviceName(), "Second");
 
     CIntegerPtr(first._GetNode("Width"))->SetValue(32);
     EXPECT_EQ(CIntegerPtr(second._GetNode("Width"))->GetValue(), 640);
 
-    EXPECT_EQ(AccessText([&] { factory.CreateNodeMap(); }),
+    EXPECT_EQ(ErrorText([&] { factory.CreateNodeMap(); }),
               "RuntimeException: Node map factory holds no register description")
         << "the copy released the document they share";
 }
 
-TEST(NodeMapFactory, ReadsFilesAndRefusesWhatItCannotRead)
+TEST(NodeMapFactory, ReadsFilesAndStringsButNoZippedContent)
 {
-    CNodeMapFactory fromFile(ContentType_Xml, GenApiTest::DataPath("gate.xml"));
-    CNodeMapRef ref(fromFile.CreateNodeMap());
+    CNodeMapRef ref(CNodeMapFactory(ContentType_Xml, GenApiTest::DataPath("gate.xml")).CreateNodeMap());
     EXPECT_NE(ref._GetNode("Enable"), nullptr);
-
     EXPECT_THROW(CNodeMapFactory(ContentType_Xml, GenApiTest::DataPath("missing.xml")),
                  GenICam::RuntimeException);
     const std::string text = GenApiTest::ReadDocument("gate.xml");
-    CNodeMapFactory zipped(ContentType_ZippedXml, text.data(), text.size());
-    EXPECT_EQ(AccessText([&] { zipped.CreateNodeMap(); }),
-              "RuntimeException: Node map factory reads plain XML only, not content type 1");
-    EXPECT_THROW(CNodeMapFactory().CreateNodeMap(), GenICam::RuntimeException);
-
     CNodeMapRef fromString;
     fromString._LoadXMLFromString(text.c_str());
     EXPECT_NE(fromString._GetNode("Root"), nullptr);
-}
-
-TEST(NodeMapFactory, SuppressedStringsLeaveTheTextsOut)
-{
-    const std::string text = GenApiTest::ReadDocument("gate.xml");
-    CNodeMapFactory factory(ContentType_Xml, text.data(), text.size(), CacheUsage_Ignore, true);
-    CNodeMapRef ref(factory.CreateNodeMap());
-    INode* enable = ref._GetNode("Enable");
-    EXPECT_EQ(enable->GetToolTip(), "");
-    EXPECT_EQ(enable->GetDisplayName(), "Enable") << "the name stands in for the display name";
+    CNodeMapFactory zipped(ContentType_ZippedXml, text.data(), text.size());
+    EXPECT_EQ(ErrorText([&] { zipped.CreateNodeMap(); }),
+              "RuntimeException: Node map factory reads plain XML only, not content type 1");
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 
 using namespace GenApi;
 using GenApiTest::CMemoryPort;
+using GenApiTest::ErrorText;
 
 namespace
 {
@@ -32,7 +33,7 @@ protected:
     CBooleanPtr enable;
 };
 
-TEST_F(NodeMapGate, HoldsEveryNodeOfTheDocumentWithItsTexts)
+TEST_F(NodeMapGate, HoldsEveryNodeOfTheDocumentInItsOrderAndConnectsItsPort)
 {
     NodeList_t nodes;
     ref._GetNodes(nodes);
@@ -41,30 +42,12 @@ TEST_F(NodeMapGate, HoldsEveryNodeOfTheDocumentWithItsTexts)
         names.push_back(node->GetName().c_str());
     EXPECT_EQ(names, (std::vector<std::string>{"Enable", "EnableValue", "EnableIsAvailable", "EnableIsLocked",
                                                "EnablePort", "Root"}));
-    EXPECT_EQ(ref._Ptr->GetNumNodes(), 6u);
-    EXPECT_EQ(ref._GetDeviceName(), "Device");
     EXPECT_EQ(ref._GetNode("Missing"), nullptr);
-
-    INode* node = enable->GetNode();
-    EXPECT_EQ(node->GetToolTip(), "Enable passthrough of data");
-    EXPECT_EQ(node->GetDescription(), "Enable passthrough of data");
-    EXPECT_EQ(node->GetDisplayName(), "Enable");
-    EXPECT_EQ(node->GetVisibility(), Guru);
-    EXPECT_TRUE(node->IsStreamable());
-    EXPECT_TRUE(node->IsFeature());
+    EXPECT_EQ(enable->GetNode()->GetToolTip(), "Enable passthrough of data");
+    EXPECT_EQ(enable->GetNode()->GetVisibility(), Guru);
+    EXPECT_TRUE(enable->GetNode()->IsFeature());
     EXPECT_FALSE(ref._GetNode("EnableValue")->IsFeature());
-    EXPECT_EQ(node->GetPrincipalInterfaceType(), intfIBoolean);
-    EXPECT_EQ(&ref._Ptr->GetLock(), &lock);
 
-    CCategoryPtr root = ref._GetNode("Root");
-    FeatureList_t features;
-    root->GetFeatures(features);
-    ASSERT_EQ(features.size(), 1u);
-    EXPECT_EQ(features[0]->GetNode(), node);
-}
-
-TEST_F(NodeMapGate, ConnectHandsThePortNodeToThePort)
-{
     EXPECT_EQ(port.PortNode(), ref._GetNode("EnablePort"));
     CMemoryPort other;
     EXPECT_FALSE(ref._Connect(&other, "Root")) << "a category is no port";
@@ -77,81 +60,42 @@ TEST_F(NodeMapGate, ReadsAndWritesTheValueRegisterEveryTime)
     EXPECT_FALSE(enable->GetValue());
     port.Poke<uint64_t>(valueAddress, 1);
     EXPECT_TRUE(enable->GetValue()) << "NoCache: the port is read again";
-
-    const int readsBefore = port.reads;
-    enable->GetValue();
-    enable->GetValue();
-    EXPECT_GE(port.reads - readsBefore, 2 * 2) << "each read asks the availability and the value";
-
     enable->SetValue(false);
     EXPECT_EQ(port.Peek<uint64_t>(valueAddress), 0u);
-    *enable = true;
+    enable->FromString("true");
     EXPECT_EQ(port.Peek<uint64_t>(valueAddress), 1u);
     EXPECT_EQ(enable->ToString(), "true");
-    enable->FromString("false");
-    EXPECT_EQ(port.Peek<uint64_t>(valueAddress), 0u);
     EXPECT_THROW(enable->FromString("maybe"), GenICam::InvalidArgumentException);
 }
 
-TEST_F(NodeMapGate, AccessModeFollowsTheStateRegisters)
+TEST_F(NodeMapGate, AccessModeFollowsTheStateRegistersAndThePort)
 {
     EXPECT_EQ(enable->GetAccessMode(), RW);
-    EXPECT_TRUE(IsWritable(enable));
-
     port.Poke<uint64_t>(lockedAddress, 1);
     EXPECT_EQ(enable->GetAccessMode(), RO);
-    EXPECT_TRUE(IsReadable(enable));
     EXPECT_FALSE(enable->GetValue());
-    try
-    {
-        enable->SetValue(true);
-        FAIL() << "a locked feature took a value";
-    }
-    catch (const GenICam::AccessException& e)
-    {
-        EXPECT_STREQ(e.GetDescription(), "[Enable] cannot be written: it is locked");
-    }
+    EXPECT_EQ(ErrorText([&] { enable->SetValue(true); }),
+              "AccessException: [Enable] cannot be written: it is locked");
     EXPECT_EQ(port.Peek<uint64_t>(valueAddress), 0u);
 
     port.Poke<uint64_t>(lockedAddress, 0);
     port.Poke<uint64_t>(availableAddress, 0);
     EXPECT_EQ(enable->GetAccessMode(), NA);
-    EXPECT_FALSE(IsReadable(enable));
     EXPECT_THROW(enable->GetValue(), GenICam::AccessException);
-    try
-    {
-        enable->SetValue(true);
-        FAIL() << "an unavailable feature took a value";
-    }
-    catch (const GenICam::AccessException& e)
-    {
-        EXPECT_STREQ(e.GetDescription(), "[Enable] cannot be written: it is not available");
-    }
-}
+    EXPECT_EQ(ErrorText([&] { enable->SetValue(true); }),
+              "AccessException: [Enable] cannot be written: it is not available");
+    port.Poke<uint64_t>(availableAddress, 1);
 
-TEST_F(NodeMapGate, RegistersTakeTheAccessModeOfThePortAndTheirOwn)
-{
-    CIntegerPtr isLocked = ref._GetNode("EnableIsLocked");
-    EXPECT_EQ(isLocked->GetAccessMode(), RO);
-    EXPECT_THROW(isLocked->SetValue(1), GenICam::AccessException);
-
+    EXPECT_THROW(CIntegerPtr(ref._GetNode("EnableIsLocked"))->SetValue(1), GenICam::AccessException);
     port.accessMode = RO;
     EXPECT_EQ(enable->GetAccessMode(), RO);
     port.accessMode = RW;
-
     ref._Connect(nullptr, "EnablePort");
     EXPECT_EQ(enable->GetAccessMode(), NA) << "without a port nothing is available";
-    try
-    {
-        CIntegerPtr(ref._GetNode("EnableValue"))->GetValue();
-        FAIL() << "a register without port gave a value";
-    }
-    catch (const GenICam::AccessException& e)
-    {
-        EXPECT_STREQ(
-            e.GetDescription(),
-            "[EnableValue] cannot be read: it is not available (port 'EnablePort' is not connected)");
-    }
+    EXPECT_EQ(ErrorText([&] { CIntegerPtr(ref._GetNode("EnableValue"))->GetValue(); }),
+              "AccessException: [EnableValue] cannot be read: it is not available "
+              "(port 'EnablePort' is "
+              "not connected)");
 }
 
 TEST_F(NodeMapGate, InvalidatingThePortRunsTheCallbacksOfEveryDependentFeature)
@@ -174,6 +118,13 @@ TEST_F(NodeMapGate, InvalidatingThePortRunsTheCallbacksOfEveryDependentFeature)
     ref._GetNode("EnableIsLocked")->InvalidateNode();
     EXPECT_EQ(enableCalls.calls, 3) << "the lock state is part of the feature";
     EXPECT_EQ(valueCalls.calls, 2) << "the value register does not read the lock";
+
+    CPortWriteList list;
+    const uint64_t off = 0;
+    list.Write(&off, valueAddress, sizeof off);
+    port.Replay(&list, true);
+    EXPECT_EQ(port.Peek<uint64_t>(valueAddress), 0u) << "a replay writes through the port";
+    EXPECT_EQ(enableCalls.calls, 4) << "and invalidates";
 }
 
 TEST_F(NodeMapGate, CallbacksRunInsideOrOutsideTheLockAndCanBeDeregistered)
@@ -198,20 +149,6 @@ TEST_F(NodeMapGate, CallbacksRunInsideOrOutsideTheLockAndCanBeDeregistered)
     EXPECT_TRUE(Deregister(outside));
 }
 
-TEST_F(NodeMapGate, ReplayWritesTheListThroughThePortAndInvalidates)
-{
-    GenApiTest::CCallCounter calls;
-    Register(enable->GetNode(), calls, &GenApiTest::CCallCounter::OnChanged);
-    CPortWriteList list;
-    const uint64_t on = 1;
-    list.Write(&on, valueAddress, sizeof on);
-    port.Replay(&list, true);
-    EXPECT_EQ(port.Peek<uint64_t>(valueAddress), 1u);
-    EXPECT_EQ(calls.calls, 1);
-    port.Replay(nullptr, false);
-    EXPECT_EQ(calls.calls, 1);
-}
-
 TEST_F(NodeMapGate, EveryAccessHoldsTheGivenLock)
 {
     // The port is called under the map's lock: another thread finds it taken.
@@ -225,15 +162,13 @@ TEST_F(NodeMapGate, ImposedVisibilityAndAccessModeOnlyNarrow)
 {
     INode* node = enable->GetNode();
     node->ImposeVisibility(Invisible);
-    EXPECT_EQ(node->GetVisibility(), Invisible);
     node->ImposeVisibility(Beginner);
     EXPECT_EQ(node->GetVisibility(), Invisible);
-
+    enable->SetValue(true);
+    EXPECT_TRUE(enable->GetValue()) << "a hidden feature stays usable";
     node->ImposeAccessMode(RO);
-    EXPECT_EQ(node->GetAccessMode(), RO);
-    EXPECT_THROW(enable->SetValue(true), GenICam::AccessException);
     node->ImposeAccessMode(RW);
-    EXPECT_EQ(node->GetAccessMode(), RO);
+    EXPECT_THROW(enable->SetValue(false), GenICam::AccessException);
 }
 
 } // namespace

@@ -14,15 +14,6 @@ TEST(CPixelTypeMapper, EveryTableNameMapsBothWays)
     }
 }
 
-TEST(CPixelTypeMapper, KnownNamesGiveTheirCodes)
-{
-    EXPECT_EQ(CPixelTypeMapper::GetTarvikPixelTypeByName("Mono8"), 0x01080001u);
-    EXPECT_EQ(CPixelTypeMapper::GetTarvikPixelTypeByName("BGRa8"), 0x02200017u);
-    EXPECT_EQ(CPixelTypeMapper::GetTarvikPixelTypeByName("BayerRG8"), 0x01080009u);
-    EXPECT_EQ(CPixelTypeMapper::GetTarvikPixelTypeByName("BayerBG12p"), 0x010C0053u);
-    EXPECT_EQ(CPixelTypeMapper::GetTarvikPixelTypeByName("BayerGR10p"), 0x010A0056u);
-}
-
 TEST(CPixelTypeMapper, OlderNamesAreAcceptedAndTheCurrentNameComesBack)
 {
     EXPECT_EQ(CPixelTypeMapper::GetTarvikPixelTypeByName("RGB8Packed"), PixelType_RGB8);

@@ -1,6 +1,8 @@
 // Every source type through the library's paths must equal the reference
-// converter, byte for byte, for every output, small and odd sizes, padded rows,
-// both bit alignments, both edge handlings and both row orders.
+// converter, byte for byte: for every output, small and odd sizes, padded rows,
+// both bit alignments, both edge handlings and both row orders; through every
+// instruction set's row kernels at every start alignment of source and target;
+// and for frames large enough to be written with streaming stores.
 #include "ConversionTestSupport.h"
 #include "ReferenceConverter.h"
 #include "instruction_sets.h"
@@ -23,54 +25,52 @@ namespace
 constexpr EPixelType kOutputs[] = {PixelType_Mono8, PixelType_Mono16, PixelType_RGB8, PixelType_RGB16,
                                    PixelType_BGRa8};
 
-struct Size
-{
-    uint32_t width;
-    uint32_t height;
-};
-
-// Widths beyond the widest vector (64 bytes) reach the vector loops and their tails.
-constexpr Size kSizes[] = {{1, 1}, {1, 3}, {2, 1}, {2, 2}, {3, 2}, {5, 1}, {7, 3}, {67, 4}, {131, 2}};
-
 struct Case
 {
     EPixelType output;
-    Size size;
-    size_t sourcePaddingX;
-    size_t outputPaddingX;
-    bool msbAligned;
-    bool extrapolate;
-    bool bottomUpSource;
-    uint32_t threads;
+    uint32_t width;
+    uint32_t height;
+    size_t sourcePaddingX = 0;
+    size_t outputPaddingX = 0;
+    bool msbAligned = false;
+    bool extrapolate = true;
+    bool bottomUpSource = false;
+    bool bottomUpOutput = false;
+    uint32_t threads = 1;
+    // Where source and target start in their allocations: the row kernels pick
+    // their loads and stores by alignment.
+    size_t sourceOffset = 0;
+    size_t targetOffset = 0;
 };
 
 std::string Describe(EPixelType source, const Case& c)
 {
     std::ostringstream text;
-    text << NameOf(source) << " -> " << NameOf(c.output) << ' ' << c.size.width << 'x' << c.size.height
-         << " padding " << c.sourcePaddingX << '/' << c.outputPaddingX << (c.msbAligned ? " msb" : " lsb")
+    text << NameOf(source) << " -> " << NameOf(c.output) << ' ' << c.width << 'x' << c.height << " padding "
+         << c.sourcePaddingX << '/' << c.outputPaddingX << (c.msbAligned ? " msb" : " lsb")
          << (c.extrapolate ? " extrapolate" : " zero-edges") << (c.bottomUpSource ? " bottom-up" : "")
-         << " threads " << c.threads;
+         << (c.bottomUpOutput ? " to bottom-up" : "") << " threads " << c.threads << " offsets "
+         << c.sourceOffset << '/' << c.targetOffset;
     return text.str();
 }
 
 void ExpectMatchesReference(EPixelType source, const Case& c, uint32_t seed)
 {
     SCOPED_TRACE(Describe(source, c));
-    const uint32_t width = c.size.width;
-    const uint32_t height = c.size.height;
-    const std::vector<uint8_t> input =
-        RandomBytes(MinimalBytes(source, width, height, c.sourcePaddingX), seed);
+    const size_t sourceBytes = MinimalBytes(source, c.width, c.height, c.sourcePaddingX);
+    const std::vector<uint8_t> storage = RandomBytes(sourceBytes + c.sourceOffset, seed);
+    const std::vector<uint8_t> input(storage.begin() + static_cast<std::ptrdiff_t>(c.sourceOffset),
+                                     storage.end());
 
     ReferenceConversion::Options options;
     options.output = c.output;
     options.outputPaddingX = c.outputPaddingX;
     options.msbAligned = c.msbAligned;
     options.extrapolateEdges = c.extrapolate;
-    options.reverseRows = c.bottomUpSource;
+    options.reverseRows = c.bottomUpSource != c.bottomUpOutput;
     std::vector<uint8_t> expected =
-        ReferenceConversion::Convert(input, source, width, height, c.sourcePaddingX, options);
-    expected.resize(MinimalBytes(c.output, width, height, c.outputPaddingX));
+        ReferenceConversion::Convert(input, source, c.width, c.height, c.sourcePaddingX, options);
+    expected.resize(MinimalBytes(c.output, c.width, c.height, c.outputPaddingX));
 
     CImageFormatConverter converter;
     converter.OutputPixelFormat = c.output;
@@ -79,18 +79,20 @@ void ExpectMatchesReference(EPixelType source, const Case& c, uint32_t seed)
         c.msbAligned ? OutputBitAlignment_MsbAligned : OutputBitAlignment_LsbAligned;
     converter.InconvertibleEdgeHandling =
         c.extrapolate ? InconvertibleEdgeHandling_Extrapolate : InconvertibleEdgeHandling_SetZero;
+    converter.OutputOrientation = c.bottomUpOutput ? ImageOrientation_BottomUp : ImageOrientation_TopDown;
     converter.MaxNumThreads = c.threads;
-    std::vector<uint8_t> output(expected.size(), options.paddingFill);
-    converter.Convert(output.data(), output.size(), input.data(), input.size(), source, width, height,
-                      c.sourcePaddingX,
+    std::vector<uint8_t> target(expected.size() + c.targetOffset, options.paddingFill);
+    converter.Convert(target.data() + c.targetOffset, expected.size(), storage.data() + c.sourceOffset,
+                      sourceBytes, source, c.width, c.height, c.sourcePaddingX,
                       c.bottomUpSource ? ImageOrientation_BottomUp : ImageOrientation_TopDown);
 
-    const auto [at, unused] = std::mismatch(output.begin(), output.end(), expected.begin());
-    if (at != output.end())
+    const auto [at, unused] =
+        std::mismatch(expected.begin(), expected.end(), target.begin() + c.targetOffset);
+    if (at != expected.end())
     {
-        const auto index = static_cast<size_t>(at - output.begin());
-        ADD_FAILURE() << "first difference at byte " << index << ": " << int{output[index]} << ", expected "
-                      << int{expected[index]};
+        const auto index = static_cast<size_t>(at - expected.begin());
+        ADD_FAILURE() << "first difference at byte " << index << ": " << int{target[c.targetOffset + index]}
+                      << ", expected " << int{expected[index]};
     }
 }
 
@@ -102,81 +104,147 @@ class ImageFormatConverterReference : public ::testing::TestWithParam<EPixelType
 
 TEST_P(ImageFormatConverterReference, EveryOutputMatchesTheReference)
 {
+    // Widths beyond the widest vector (64 bytes) reach the vector loops and their tails.
+    constexpr std::pair<uint32_t, uint32_t> kSizes[] = {{1, 1}, {1, 3}, {2, 1},  {2, 2},  {3, 2},
+                                                        {5, 1}, {7, 3}, {67, 4}, {131, 2}};
     const EPixelType source = GetParam();
     const bool bayer = FindPixelTypeInfo(source)->family == PixelFamily::Bayer;
     uint32_t seed = 1;
     for (const EPixelType output : kOutputs)
     {
-        for (const Size& size : kSizes)
+        for (const auto& [width, height] : kSizes)
         {
             for (const size_t padding : {size_t{0}, size_t{3}})
-            {
                 for (const bool msb : {false, true})
-                {
                     for (const bool extrapolate : {true, false})
-                    {
-                        if (!extrapolate && !bayer)
-                            continue;
-                        ExpectMatchesReference(
-                            source, {output, size, padding, padding, msb, extrapolate, false, 1}, seed++);
-                    }
-                }
-            }
-            ExpectMatchesReference(source, {output, size, 5, 1, true, true, true, 1}, seed++);
+                        if (extrapolate || bayer)
+                            ExpectMatchesReference(
+                                source, {output, width, height, padding, padding, msb, extrapolate}, seed++);
+            ExpectMatchesReference(source, {output, width, height, 5, 1, true, true, true}, seed++);
+            for (const bool bottomUpSource : {false, true})
+                ExpectMatchesReference(
+                    source, {output, width, height, 0, 2, false, true, bottomUpSource, true}, seed++);
         }
     }
 }
 
 TEST_P(ImageFormatConverterReference, BandsOnSeveralThreadsMatchTheReference)
 {
-    ExpectMatchesReference(GetParam(), {PixelType_BGRa8, {75, 301}, 1, 2, false, true, false, 4}, 99);
-    ExpectMatchesReference(GetParam(), {PixelType_Mono8, {33, 260}, 0, 0, true, false, true, 3}, 98);
+    ExpectMatchesReference(GetParam(), {PixelType_BGRa8, 75, 301, 1, 2, false, true, false, false, 4}, 99);
+    ExpectMatchesReference(GetParam(), {PixelType_Mono8, 33, 260, 0, 0, true, false, true, true, 3}, 98);
 }
 
-std::vector<EPixelType> AllSourceTypes()
+INSTANTIATE_TEST_SUITE_P(AllSourceTypes, ImageFormatConverterReference,
+                         ::testing::ValuesIn(
+                             []
+                             {
+                                 std::vector<EPixelType> types;
+                                 for (const PixelTypeInfo& entry : PixelTypeTable())
+                                     types.push_back(entry.type);
+                                 return types;
+                             }()),
+                         [](const auto& type) { return NameOf(type.param); });
+
+namespace
 {
-    std::vector<EPixelType> types;
-    for (const PixelTypeInfo& entry : PixelTypeTable())
-        types.push_back(entry.type);
-    return types;
+
+struct Output
+{
+    EPixelType type;
+    bool msbAligned;
+};
+
+const Output kMono8{PixelType_Mono8, true};
+const Output kMono8Lsb{PixelType_Mono8, false};
+const Output kMono16Lsb{PixelType_Mono16, false};
+const Output kMono16Msb{PixelType_Mono16, true};
+const Output kBgra8{PixelType_BGRa8, true};
+
+// The formats the row kernels have vector paths for, with the outputs the nodes ask for.
+const std::pair<EPixelType, std::vector<Output>> kKernelFormats[] = {
+    {PixelType_Mono12p, {kMono8, kMono16Lsb, kMono16Msb}},
+    {PixelType_Mono10p, {kMono8, kMono16Lsb, kMono16Msb}},
+    {PixelType_Mono12Packed, {kMono8, kMono16Lsb, kMono16Msb}},
+    {PixelType_Mono10Packed, {kMono8, kMono16Lsb, kMono16Msb}},
+    {PixelType_Mono1p, {kMono8, kMono8Lsb}},
+    {PixelType_Mono2p, {kMono8, kMono8Lsb}},
+    {PixelType_Mono4p, {kMono8, kMono8Lsb}},
+    {PixelType_Mono8, {kBgra8, kMono8}},
+    {PixelType_Mono12, {kBgra8, kMono8}},
+    {PixelType_Mono16, {kMono8}},
+    {PixelType_RGB8, {kBgra8, kMono8}},
+    {PixelType_BGRa8, {kBgra8, kMono8}},
+    {PixelType_YUV422_8_UYVY, {kBgra8, kMono8}},
+    {PixelType_YUV422_8, {kBgra8, kMono8}},
+    {PixelType_BayerRG8, {kBgra8, kMono8}},
+    {PixelType_BayerGB8, {kBgra8, kMono8}},
+    {PixelType_BayerBG12, {kBgra8, kMono8}},
+    {PixelType_BayerGR12p, {kBgra8, kMono8}},
+    {PixelType_BayerRG12p, {kBgra8}},
+    {PixelType_BayerGB10p, {kBgra8}},
+    {PixelType_BayerGR12Packed, {kBgra8}},
+    {PixelType_BayerBG10, {kBgra8}},
+    {PixelType_BayerRG12, {kBgra8}},
+    {PixelType_BayerGB16, {kBgra8}},
+};
+
+class RowKernelsMatchTheReference
+    : public ::testing::TestWithParam<std::pair<EPixelType, std::vector<Output>>>
+{
+protected:
+    void TearDown() override { hwy::SetSupportedTargetsForTest(0); }
+};
+
+} // namespace
+
+// Each instruction set the CPU offers, and the plain fallback, at each of 64
+// source offsets with widths around the group sizes (2, 4, 8 samples) and the
+// vector widths up to 512 bits, and a padding that moves the later rows to
+// other alignments again.
+TEST_P(RowKernelsMatchTheReference, InEveryInstructionSetAtEveryRowStartAlignment)
+{
+    constexpr uint32_t kWidths[] = {1, 2, 3, 5, 7, 9, 15, 17, 31, 33, 47, 51, 63, 65, 97, 129, 131, 195};
+    const auto& [source, outputs] = GetParam();
+    const std::vector<int64_t> sets = instructionSets();
+    ASSERT_GE(sets.size(), 2u);
+    for (const int64_t set : sets)
+    {
+        SCOPED_TRACE(hwy::TargetName(set));
+        hwy::SetSupportedTargetsForTest(set);
+        uint32_t seed = 1;
+        for (const Output& output : outputs)
+        {
+            for (size_t offset = 0; offset < 64; ++offset)
+            {
+                Case c{output.type, kWidths[offset % std::size(kWidths)], 3, offset % 7};
+                c.msbAligned = output.msbAligned;
+                c.sourceOffset = offset;
+                ExpectMatchesReference(source, c, seed++);
+            }
+        }
+    }
 }
 
-std::string TypeName(const ::testing::TestParamInfo<EPixelType>& type)
-{
-    return NameOf(type.param);
-}
+INSTANTIATE_TEST_SUITE_P(CameraFormats, RowKernelsMatchTheReference, ::testing::ValuesIn(kKernelFormats),
+                         [](const auto& format) { return NameOf(format.param.first); });
 
-INSTANTIATE_TEST_SUITE_P(AllSourceTypes, ImageFormatConverterReference, ::testing::ValuesIn(AllSourceTypes()),
-                         TypeName);
-
-// Converts into a buffer that starts `targetOffset` bytes past an allocation and
-// compares with the reference: the row kernels pick their stores by the target's alignment.
-void ExpectMatchesReferenceAtTargetOffset(EPixelType source, EPixelType output, uint32_t width,
-                                          uint32_t height, size_t targetOffset)
+// Frames too large for the cache are written with streaming stores where a
+// target row starts on a vector boundary: odd row lengths and targets off the
+// alignment must come out the same. Source and target of each case together
+// exceed the 24 MiB from which output is streamed.
+TEST(ImageFormatConverterLargeFrames, StreamingStoresMatchTheReference)
 {
-    SCOPED_TRACE(NameOf(source) + " " + std::to_string(width) + "x" + std::to_string(height) + " offset " +
-                 std::to_string(targetOffset));
-    const std::vector<uint8_t> input = RandomBytes(MinimalBytes(source, width, height, 0), 5);
-    ReferenceConversion::Options options;
-    options.output = output;
-    const std::vector<uint8_t> expected =
-        ReferenceConversion::Convert(input, source, width, height, 0, options);
-    CImageFormatConverter converter;
-    converter.OutputPixelFormat = output;
-    std::vector<uint8_t> storage(expected.size() + targetOffset);
-    converter.Convert(storage.data() + targetOffset, expected.size(), input.data(), input.size(), source,
-                      width, height, 0);
-    EXPECT_TRUE(std::equal(expected.begin(), expected.end(), storage.begin() + targetOffset));
-}
-
-// Frames too large for the cache are written with streaming stores, which need
-// aligned rows: a target that starts off the alignment must come out the same.
-TEST(ImageFormatConverterLargeFrames, StreamingStoresMatchTheReferenceAtAnyTargetOffset)
-{
-    // Source and target of each case together exceed the 24 MiB from which output is streamed.
-    ExpectMatchesReferenceAtTargetOffset(PixelType_Mono12, PixelType_Mono8, 4099, 2100, 1);
-    for (const size_t offset : {4, 20, 30})
-        ExpectMatchesReferenceAtTargetOffset(PixelType_RGB8, PixelType_BGRa8, 2051, 1800, offset);
+    const std::pair<EPixelType, Case> cases[] = {
+        {PixelType_Mono12p, {PixelType_Mono16, 4099, 2100, 0, 0, true}},
+        {PixelType_Mono10p, {PixelType_Mono8, 4099, 2800, 1, 0, true}},
+        {PixelType_BayerRG12p, {PixelType_BGRa8, 2051, 2400, 0, 0, true}},
+        {PixelType_Mono12, {.output = PixelType_Mono8, .width = 4099, .height = 2100, .targetOffset = 1}},
+        {PixelType_RGB8, {.output = PixelType_BGRa8, .width = 2051, .height = 1800, .targetOffset = 4}},
+        {PixelType_RGB8, {.output = PixelType_BGRa8, .width = 2051, .height = 1800, .targetOffset = 20}},
+        {PixelType_RGB8, {.output = PixelType_BGRa8, .width = 2051, .height = 1800, .targetOffset = 30}},
+    };
+    for (const auto& [source, c] : cases)
+        ExpectMatchesReference(source, c, 3);
 }
 
 // Frames that fit the cache start their wide stores on a vector boundary of the
@@ -186,31 +254,7 @@ TEST(ImageFormatConverterSmallFrames, ColorRowsMatchTheReferenceAtEveryTargetOff
     for (const EPixelType source : {PixelType_RGB8, PixelType_BGR8})
         for (const uint32_t width : {6u, 11u, 12u, 19u, 20u, 45u, 77u})
             for (size_t offset = 0; offset < 36; ++offset)
-                ExpectMatchesReferenceAtTargetOffset(source, PixelType_BGRa8, width, 3, offset);
-}
-
-// The row kernels exist once per instruction set; each one the CPU offers, and
-// the plain fallback for CPUs without SSSE3, must give the reference's bytes.
-TEST(ImageFormatConverterInstructionSets, EveryInstructionSetMatchesTheReference)
-{
-    const EPixelType fastPathSources[] = {PixelType_Mono8,     PixelType_Mono12,        PixelType_RGB8,
-                                          PixelType_BGRa8,     PixelType_YUV422_8_UYVY, PixelType_YUV422_8,
-                                          PixelType_BayerRG8,  PixelType_BayerGB8,      PixelType_BayerBG12,
-                                          PixelType_BayerGR12p};
-    const std::vector<int64_t> sets = instructionSets();
-    ASSERT_GE(sets.size(), 2u);
-    for (const int64_t target : sets)
-    {
-        SCOPED_TRACE(hwy::TargetName(target));
-        hwy::SetSupportedTargetsForTest(target);
-        for (const EPixelType source : fastPathSources)
-        {
-            for (const EPixelType output : {PixelType_BGRa8, PixelType_Mono8})
-            {
-                ExpectMatchesReference(source, {output, {131, 3}, 1, 0, false, true, false, 1}, 7);
-                ExpectMatchesReference(source, {output, {9, 2}, 0, 0, false, true, false, 1}, 8);
-            }
-        }
-    }
-    hwy::SetSupportedTargetsForTest(0);
+                ExpectMatchesReference(
+                    source, {.output = PixelType_BGRa8, .width = width, .height = 3, .targetOffset = offset},
+                    5);
 }

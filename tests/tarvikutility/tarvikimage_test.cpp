@@ -1,13 +1,10 @@
-#include "ConversionTestSupport.h"
-
+// CTarvikImage: owned and attached buffers, regions of every layout, and the
+// converter sizing a target image itself.
 #include <GCBase/GCException.h>
 #include <TarvikUtility/ImageFormatConverter.h>
 #include <TarvikUtility/TarvikImage.h>
 
 #include <gtest/gtest.h>
-
-#include <cstring>
-#include <numeric>
 
 using namespace Tarvik;
 using Bytes = std::vector<uint8_t>;
@@ -38,8 +35,6 @@ CTarvikImage NumberedMono8(Bytes& storage)
 TEST(CTarvikImage, OwnedImagesAreZeroFilledAlignedAndCopiedDeeply)
 {
     CTarvikImage image(PixelType_RGB8, 5, 3, 1);
-    EXPECT_TRUE(image.IsValid());
-    EXPECT_FALSE(image.IsUserBufferAttached());
     EXPECT_EQ(image.GetStride(), 16u);
     EXPECT_EQ(image.GetImageSize(), 48u);
     EXPECT_EQ(reinterpret_cast<uintptr_t>(image.GetBuffer()) % 64, 0u);
@@ -48,13 +43,11 @@ TEST(CTarvikImage, OwnedImagesAreZeroFilledAlignedAndCopiedDeeply)
     CTarvikImage copy(image);
     static_cast<uint8_t*>(copy.GetBuffer())[0] = 9;
     EXPECT_EQ(static_cast<uint8_t*>(image.GetBuffer())[0], 0);
-    EXPECT_NE(copy.GetBuffer(), image.GetBuffer());
 
     CTarvikImage moved(std::move(copy));
     EXPECT_EQ(static_cast<uint8_t*>(moved.GetBuffer())[0], 9);
     EXPECT_FALSE(copy.IsValid()); // NOLINT(bugprone-use-after-move): a moved-from image is empty
     moved.Release();
-    EXPECT_FALSE(moved.IsValid());
     EXPECT_EQ(moved.GetPixelType(), PixelType_Undefined);
 }
 
@@ -62,7 +55,6 @@ TEST(CTarvikImage, AttachedBuffersAreUsedWithoutACopy)
 {
     Bytes storage;
     CTarvikImage image = NumberedMono8(storage);
-    EXPECT_EQ(image.GetBuffer(), storage.data());
     EXPECT_TRUE(image.IsUserBufferAttached());
     CTarvikImage copy = image;
     EXPECT_EQ(copy.GetBuffer(), storage.data());
@@ -88,7 +80,6 @@ TEST(CTarvikImage, AoiCopiesTheRegionAndChecksItsBounds)
     Bytes storage;
     const CTarvikImage image = NumberedMono8(storage);
     const CTarvikImage region = image.GetAoi(1, 2, 3, 2);
-    EXPECT_EQ(region.GetWidth(), 3u);
     EXPECT_EQ(region.GetPaddingX(), 0u);
     EXPECT_EQ(Pixels(region), (Bytes{21, 22, 23, 31, 32, 33}));
     EXPECT_EQ(Pixels(image.GetAoi(0, 0, 6, 4)).size(), 24u);
@@ -99,20 +90,16 @@ TEST(CTarvikImage, AoiCopiesTheRegionAndChecksItsBounds)
     EXPECT_THROW(image.GetAoi(0xFFFFFFFFu, 0, 2, 1), GenICam::OutOfRangeException);
     EXPECT_THROW(image.GetAoi(0, 0xFFFFFFFFu, 1, 2), GenICam::OutOfRangeException);
     EXPECT_THROW(CTarvikImage().GetAoi(0, 0, 0, 0), GenICam::InvalidArgumentException);
+
+    // Rows of a bottom-up image count from the picture's top.
+    CTarvikImage bottomUp = NumberedMono8(storage);
+    bottomUp.AttachUserBuffer(storage.data(), storage.size(), PixelType_Mono8, 6, 4, 2,
+                              ImageOrientation_BottomUp);
+    EXPECT_EQ(Pixels(bottomUp.GetAoi(0, 0, 2, 1)), (Bytes{30, 31}));
+    EXPECT_EQ(bottomUp.GetAoi(0, 0, 2, 1).GetOrientation(), ImageOrientation_BottomUp);
 }
 
-TEST(CTarvikImage, AoiOfABottomUpImageCountsRowsFromThePictureTop)
-{
-    Bytes storage;
-    CTarvikImage image = NumberedMono8(storage);
-    image.AttachUserBuffer(storage.data(), storage.size(), PixelType_Mono8, 6, 4, 2,
-                           ImageOrientation_BottomUp);
-    const CTarvikImage region = image.GetAoi(0, 0, 2, 1);
-    EXPECT_EQ(Pixels(region), (Bytes{30, 31}));
-    EXPECT_EQ(region.GetOrientation(), ImageOrientation_BottomUp);
-}
-
-TEST(CTarvikImage, AoiOfPackedAndBayerTypes)
+TEST(CTarvikImage, AoiOfPackedPlanarAndBayerTypes)
 {
     // Mono12p samples 0xABC, 0x123, 0xFFF, 0x456: a region from column 1 starts mid-byte.
     Bytes packed = {0xBC, 0x3A, 0x12, 0xFF, 0x6F, 0x45};
@@ -131,6 +118,12 @@ TEST(CTarvikImage, AoiOfPackedAndBayerTypes)
     yuv.AttachUserBuffer(grouped.data(), grouped.size(), PixelType_YUV422_8_UYVY, 3, 2, 0);
     EXPECT_THROW(yuv.GetAoi(1, 0, 2, 1), GenICam::InvalidArgumentException);
 
+    // RGB8_Planar 2 x 2: a region cuts every plane, red 1..4, green 11..14, blue 21..24.
+    Bytes planes = {1, 2, 3, 4, 11, 12, 13, 14, 21, 22, 23, 24};
+    CTarvikImage planar;
+    planar.AttachUserBuffer(planes.data(), planes.size(), PixelType_RGB8_Planar, 2, 2, 0);
+    EXPECT_EQ(Pixels(planar.GetAoi(1, 0, 1, 2)), (Bytes{2, 4, 12, 14, 22, 24}));
+
     // A Bayer region takes the pattern of its own first pixel.
     Bytes raw(8 * 8);
     CTarvikImage bayer;
@@ -141,27 +134,8 @@ TEST(CTarvikImage, AoiOfPackedAndBayerTypes)
     EXPECT_EQ(bayer.GetAoi(1, 1, 2, 2).GetPixelType(), PixelType_BayerBG12p);
     bayer.ChangePixelType(PixelType_BayerGB12p);
     EXPECT_EQ(bayer.GetAoi(1, 1, 2, 2).GetPixelType(), PixelType_BayerGR12p);
-}
-
-TEST(CTarvikImage, AoiOfAPlanarImageCutsEveryPlane)
-{
-    // RGB8_Planar 2 x 2: plane red 1..4, green 11..14, blue 21..24.
-    Bytes planes = {1, 2, 3, 4, 11, 12, 13, 14, 21, 22, 23, 24};
-    CTarvikImage image;
-    image.AttachUserBuffer(planes.data(), planes.size(), PixelType_RGB8_Planar, 2, 2, 0);
-    EXPECT_EQ(Pixels(image.GetAoi(1, 0, 1, 2)), (Bytes{2, 4, 12, 14, 22, 24}));
-}
-
-TEST(CTarvikImage, ChangePixelTypeRelabelsWhatFits)
-{
-    CTarvikImage image(PixelType_Mono16, 4, 2);
-    image.ChangePixelType(PixelType_BayerBG16);
-    EXPECT_EQ(image.GetPixelType(), PixelType_BayerBG16);
-    image.ChangePixelType(PixelType_Mono8);
-    EXPECT_EQ(image.GetImageSize(), 8u);
-    EXPECT_THROW(image.ChangePixelType(PixelType_RGB16), GenICam::InvalidArgumentException);
-    EXPECT_THROW(image.ChangePixelType(PixelType_Undefined), GenICam::InvalidArgumentException);
-    EXPECT_EQ(image.GetPixelType(), PixelType_Mono8);
+    EXPECT_THROW(bayer.ChangePixelType(PixelType_RGB16), GenICam::InvalidArgumentException)
+        << "the buffer is too small for the new type";
 }
 
 TEST(CTarvikImage, ConverterSizesTheTargetImageItself)
