@@ -74,26 +74,6 @@ protected:
     CFloatNodeMapPort floating;
 };
 
-TEST_F(NodeMapPort, BooleanServesValueAvailabilityAndLock)
-{
-    EXPECT_EQ(readWord<uint64_t>(boolean, 0), 0u);
-    node.setEnable(true);
-    EXPECT_EQ(readWord<uint64_t>(boolean, 0), 1u);
-    EXPECT_EQ(readWord<uint64_t>(boolean, 8), 1u);
-    EXPECT_EQ(readWord<uint64_t>(boolean, 16), 0u);
-}
-
-TEST_F(NodeMapPort, IntegerServesEveryRegisterAtItsOffset)
-{
-    node.setWidth(-640);
-    EXPECT_EQ(readWord<int64_t>(integer, 0), -640);
-    EXPECT_EQ(readWord<int64_t>(integer, 8), 4096);
-    EXPECT_EQ(readWord<int64_t>(integer, 16), 16);
-    EXPECT_EQ(readWord<int64_t>(integer, 24), 16);
-    EXPECT_EQ(readWord<uint64_t>(integer, 32), 1u);
-    EXPECT_EQ(readWord<uint64_t>(integer, 40), 0u);
-}
-
 TEST_F(NodeMapPort, FloatServesDoublesAndFlagWords)
 {
     node.setFps(12.5);
@@ -133,18 +113,6 @@ TEST_F(NodeMapPort, BooleanWriteOfAnyNonZeroWordIsTrue)
     node.setEnable(false);
     boolean.writeRegister(highBit.data(), 0, 8);
     EXPECT_TRUE(node.getEnable());
-}
-
-TEST_F(NodeMapPort, ValueWritesReachTheSetterSilently)
-{
-    const Bytes width = bytesOf<int64_t>(-32);
-    integer.writeRegister(width.data(), 0, 8);
-    EXPECT_EQ(node.getWidth(), -32);
-    const Bytes fps = bytesOf<double>(0.25);
-    floating.writeRegister(fps.data(), 0, 8);
-    EXPECT_EQ(node.getFps(), 0.25);
-    EXPECT_EQ(node.widthSetterCalls, 1);
-    EXPECT_EQ(node.fpsSetterCalls, 1);
 }
 
 // Accesses that 4.3 refuses: wrong length, wrong offset, unassigned bytes.
@@ -191,15 +159,6 @@ INSTANTIATE_TEST_SUITE_P(
                       BadAccess{"PastTheBlock", 48, 8, false}, BadAccess{"Misaligned", 4, 8, false},
                       BadAccess{"Negative", -8, 8, false}),
     CaseName());
-
-TEST_F(NodeMapPort, BooleanReadPastItsRegistersAndFloatUnassignedBytesLeaveTheBuffer)
-{
-    Bytes bytes = filled();
-    boolean.readRegister(bytes.data(), 24, 8);
-    EXPECT_EQ(bytes, filled());
-    floating.readRegister(bytes.data(), 40, 8);
-    EXPECT_EQ(bytes, filled());
-}
 
 TEST_F(NodeMapPort, WriteToAReadOnlyRegisterChangesNothingAndTellsNobody)
 {

@@ -78,14 +78,6 @@ protected:
     std::shared_ptr<CCategoryNodeMapPort> root;
 };
 
-TEST_F(RealPort, BothKindsAreReadWriteBeforeAnythingIsConnected)
-{
-    CRealNodeMapPortSingleParameter single(&nodeMap);
-    CRealNodeMapPortMultiParameter multi(&nodeMap, "Params");
-    EXPECT_EQ(single.GetAccessMode(), GenApi::RW);
-    EXPECT_EQ(multi.GetAccessMode(), GenApi::RW);
-}
-
 TEST_F(RealPort, SingleConnectsUnderThePortNameAndPassesAccessesUnchanged)
 {
     std::ostringstream text;
@@ -209,17 +201,6 @@ INSTANTIATE_TEST_SUITE_P(
                       StrayAccess{"HugeAddress", std::numeric_limits<int64_t>::max() - 4, 8}),
     CaseName());
 
-TEST_F(RealPort, MultiFloatUnassignedBytesReachTheParameterAndStayUnchanged)
-{
-    placeShared();
-    CRealNodeMapPortMultiParameter multi(&nodeMap, "Params");
-    multi.connect(enable.get());
-    multi.connect(fps.get());
-    multi.finish();
-    const Bytes bytes = read(multi, 0x18 + 40, 8);
-    EXPECT_EQ(bytes, filled());
-}
-
 TEST_F(RealPort, MultiDisconnectLeavesTheEntryWithoutTargetWhileOthersWork)
 {
     placeShared();
@@ -237,17 +218,6 @@ TEST_F(RealPort, MultiDisconnectLeavesTheEntryWithoutTargetWhileOthersWork)
     double max;
     std::memcpy(&max, bytes.data(), sizeof max);
     EXPECT_EQ(max, node.fpsPort->getMax());
-}
-
-TEST_F(RealPort, MultiChangeOfAParameterWithoutNodeDoesNothing)
-{
-    placeShared();
-    CRealNodeMapPortMultiParameter multi(&nodeMap, "Params");
-    multi.onPortChanged(enable.get());
-    EXPECT_EQ(nodeMap.lookedUp, std::vector<gcstring>{"Enable"});
-    multi.reset();
-    multi.onPortChanged(enable.get()); // unlinked: no node map to ask
-    EXPECT_EQ(nodeMap.lookedUp.size(), 1u);
 }
 
 TEST_F(RealPort, ResetEmptiesTheTableAndReadsGiveZeros)

@@ -164,17 +164,6 @@ TEST_P(HistogramSamplingFormats, RandomSamplesMatchTheReference)
     }
 }
 
-TEST_P(HistogramSamplingFormats, SmoothSceneMatchesTheReference)
-{
-    // Long runs of equal values and slow ramps, as a real scene gives.
-    SampleGrid grid{301, 97, samplesPerPixel(), {}};
-    const uint32_t limit = 1u << GetParam().depth;
-    for (uint32_t y = 0; y < grid.height; ++y)
-        for (uint32_t x = 0; x < grid.width * grid.samplesPerPixel; ++x)
-            grid.samples.push_back(static_cast<uint16_t>((x / 16 + y / 8) % limit));
-    expectReferenceCounts(GetParam(), grid, 2);
-}
-
 INSTANTIATE_TEST_SUITE_P(Direct, HistogramSamplingFormats, ::testing::ValuesIn(directFormats), formatName);
 
 class HistogramSampling : public ::testing::Test

@@ -107,78 +107,6 @@ void expectOneCheckLine(const LogCapture& log, const std::string& message)
                          "src/tessals/tarvikviewertessalspackage/histogramextractor.cpp", message);
 }
 
-// An image over bytes of the test's own, of any pixel type; with the type 0 it
-// cannot tell its type and throws an exception of neither family.
-class FakeImage : public Core::IImage
-{
-public:
-    FakeImage(EPixelType type, std::vector<uint8_t> bytes)
-        : m_type(type)
-        , m_bytes(std::move(bytes))
-    {
-    }
-    bool hasError(bool) const override { return false; }
-    std::shared_ptr<Core::IError> getError(bool) const override { return nullptr; }
-    EPixelType getPixelType() const override
-    {
-        if (m_type == 0)
-            throw 42;
-        return m_type;
-    }
-    uint32_t getWidth() const override { return 2; }
-    uint32_t getHeight() const override { return 2; }
-    size_t getImageSize() const override { return m_bytes.size(); }
-    Core::ImageDataView<const void> getImageData() const override { return {m_bytes.data(), 0}; }
-    Core::ImageDataView<void> getImageData() override { return {m_bytes.data(), 0}; }
-    Utils::TypeInfo getTypeInfo(bool mustExist) const override
-    {
-        return Utils::TypeInfo::get<FakeImage>(mustExist);
-    }
-    const void* getRawPointer() const override { return this; }
-    void* getRawPointer() override { return this; }
-
-private:
-    EPixelType m_type;
-    std::vector<uint8_t> m_bytes;
-};
-
-Utils::Variant fakeImage(EPixelType type)
-{
-    Utils::Variant variant;
-    variant.setData(Utils::COWPtr<Core::IImage>(new FakeImage(type, std::vector<uint8_t>(12, 1))));
-    return variant;
-}
-
-const Utils::TypeRegistrar<FakeImage, Utils::DirectBase<Core::IImage>, Utils::IndirectBase<Core::IValue>,
-                           Utils::IndirectBase<Utils::IObject>>
-    fakeImageType("FakeImage");
-
-TEST_F(HistogramExtractorTest, DeclaresOneImageInputAndFourArrayOutputs)
-{
-    const auto inputs = node->getInputDescriptors();
-    ASSERT_EQ(inputs.size(), 1u);
-    EXPECT_EQ(inputs[0].name, "Image");
-    EXPECT_EQ(inputs[0].description, "Image input");
-    EXPECT_EQ(inputs[0].type, Utils::TypeInfo::get<Core::IImage>(true));
-    EXPECT_FALSE(inputs[0].flag);
-
-    const auto outputs = node->getOutputDescriptors();
-    const std::pair<const char*, const char*> expected[] = {{"Red", "Red channel output"},
-                                                            {"Green", "Green channel output"},
-                                                            {"Blue", "Blue channel output"},
-                                                            {"Lum", "Lum channel output"}};
-    ASSERT_EQ(outputs.size(), 4u);
-    for (size_t i = 0; i < 4; ++i)
-    {
-        EXPECT_EQ(outputs[i].name, expected[i].first);
-        EXPECT_EQ(outputs[i].description, expected[i].second);
-        EXPECT_EQ(outputs[i].type, Utils::TypeInfo::get<HistogramArray>(true));
-        EXPECT_TRUE(outputs[i].flag);
-    }
-    EXPECT_EQ(nodeMapContainer(*node), nullptr);
-    EXPECT_TRUE(node->isSynchronous());
-}
-
 TEST_F(HistogramExtractorTest, RefusesMissingInvalidAndForeignInputsWithOneLogLine)
 {
     struct Case
@@ -227,11 +155,12 @@ TEST_F(HistogramExtractorTest, FailuresInsideTheCountingEndAsErrorValuesWithoutA
     expectDistinctErrors(outputs);
 
     // The undefined type is refused by the format converter.
-    const std::string refused = failureOf(run({{"Image", fakeImage(Tarvik::PixelType_Undefined)}}));
+    const std::string refused =
+        failureOf(run({{"Image", claimingImage(Tarvik::PixelType_Undefined, 2, 2, 12)}}));
     EXPECT_TRUE(refused.starts_with(prefix)) << refused;
     EXPECT_GT(refused.size(), prefix.size());
 
-    EXPECT_EQ(failureOf(run({{"Image", fakeImage(static_cast<EPixelType>(0))}})),
+    EXPECT_EQ(failureOf(run({{"Image", claimingImage(static_cast<EPixelType>(0), 2, 2, 12)}})),
               prefix + "Unknown exception occurred.");
     EXPECT_TRUE(log.entries().empty());
 }

@@ -1,5 +1,6 @@
 // ConditionVariableAny: the wait on a UniqueLock.
 #include "SignalTestSupport.h"
+#include "failure_text.h"
 
 #include <TarvikDataProcessingCore/threading/ConditionVariableAny.h>
 
@@ -19,15 +20,8 @@ TEST(ConditionVariableAny, WaitRefusesALockThatOwnsNothingWithoutTouchingIt)
     for (Threading::UniqueLock* lock : {&unlocked, &empty})
     {
         const int locksBefore = lockable.lockCount();
-        try
-        {
-            condition.wait(*lock);
-            ADD_FAILURE() << "no exception";
-        }
-        catch (const GenICam::InvalidArgumentException& e)
-        {
-            EXPECT_STREQ(e.GetDescription(), "Passed unique lock does not own a lockable.");
-        }
+        EXPECT_EQ(failureOf([&] { condition.wait(*lock); }),
+                  "InvalidArgumentException: Passed unique lock does not own a lockable.");
         EXPECT_EQ(lockable.lockCount(), locksBefore);
         EXPECT_EQ(lockable.depth(), 0);
         EXPECT_FALSE(lock->ownsLock());

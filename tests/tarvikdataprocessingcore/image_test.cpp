@@ -1,6 +1,5 @@
 #include <TarvikDataProcessingCore/core/AlignedBufferProvider.h>
 #include <TarvikDataProcessingCore/core/Image.h>
-#include <TarvikDataProcessingCore/utils/Variant.h>
 
 #include <gtest/gtest.h>
 
@@ -86,27 +85,4 @@ TEST(Image, ErrorStateHasNoPixels)
     EXPECT_EQ(failed.getImageSize(), 0u);
     EXPECT_EQ(failed.getPixelType(), Tarvik::PixelType_Undefined);
     EXPECT_EQ(Core::TarvikImage(failed, nullptr).getError(false), error);
-}
-
-TEST(Image, TravelsThroughAVariantAsIImageWithoutACopy)
-{
-    Utils::Variant variant;
-    Utils::COWPtr<Core::IImage> pointer(new Image(Tarvik::PixelType_Mono8, 8, 8, 0, provider, nullptr));
-    const void* pixels = std::as_const(pointer)->getImageData().data;
-    variant.setData(pointer);
-    const auto read = variant.get<Utils::COWPtr<Core::IImage>>(true);
-    EXPECT_EQ(read.getUseCount(), 3);
-    EXPECT_EQ(read->getImageData().data, pixels);
-    EXPECT_TRUE(variant.get<Utils::COWPtr<Image>>(true).isValid());
-    EXPECT_FALSE(variant.get<Utils::COWPtr<Core::TarvikImage>>(false).isValid());
-}
-
-TEST(Image, CloneThroughIImageIsAnImageAgain)
-{
-    Utils::COWPtr<Core::IImage> a(new Image(Tarvik::PixelType_RGB8, 2, 2, 0, provider, nullptr));
-    Utils::COWPtr<Core::IImage> b = a;
-    a.detach();
-    EXPECT_EQ(std::as_const(a)->getTypeInfo(true), Utils::TypeInfo::get<Image>(true));
-    EXPECT_NE(std::as_const(a)->getImageData().data, std::as_const(b)->getImageData().data);
-    EXPECT_EQ(std::as_const(a)->getImageSize(), 12u);
 }

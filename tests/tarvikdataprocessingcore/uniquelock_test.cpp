@@ -33,7 +33,9 @@ std::string runtimeFailure(F&& action)
 
 } // namespace
 
-TEST(UniqueLock, LocksOnConstructionAndUnlocksOnceAtTheEnd)
+// Each guard holds the lock for its scope and lets go of it exactly once, also when
+// unlocked by hand first.
+TEST(UniqueLock, LocksForItsScopeAndUnlocksOnce)
 {
     CountingLockable lockable;
     {
@@ -42,9 +44,20 @@ TEST(UniqueLock, LocksOnConstructionAndUnlocksOnceAtTheEnd)
         EXPECT_TRUE(guard.ownsLock());
     }
     EXPECT_EQ(lockable.depth, 0);
+    {
+        UniqueLock guard(&lockable);
+        guard.unlock();
+        EXPECT_FALSE(guard.ownsLock());
+    }
+    EXPECT_EQ(lockable.depth, 0);
+    {
+        ScopedLock guard(lockable);
+        EXPECT_EQ(lockable.depth, 1);
+    }
+    EXPECT_EQ(lockable.depth, 0);
 }
 
-TEST(UniqueLock, RefusesToLockOrUnlockTwice)
+TEST(UniqueLock, RefusesToLockOrUnlockTwiceOrWithoutLockable)
 {
     CountingLockable lockable;
     UniqueLock guard(&lockable);
@@ -53,33 +66,10 @@ TEST(UniqueLock, RefusesToLockOrUnlockTwice)
     guard.unlock();
     EXPECT_EQ(runtimeFailure([&] { guard.unlock(); }), "Lockable is not owned by this unique lock.");
     EXPECT_EQ(lockable.depth, 0);
-}
 
-TEST(UniqueLock, UnlockedByHandIsNotUnlockedAgainAtTheEnd)
-{
-    CountingLockable lockable;
-    {
-        UniqueLock guard(&lockable);
-        guard.unlock();
-    }
-    EXPECT_EQ(lockable.depth, 0);
-}
-
-TEST(UniqueLock, WithoutLockableRaisesAndItsEndDoesNothing)
-{
-    EXPECT_EQ(runtimeFailure([] { UniqueLock guard(nullptr); }),
-              "No lockable is associated with this unique lock.");
+    const std::string none = "No lockable is associated with this unique lock.";
+    EXPECT_EQ(runtimeFailure([] { UniqueLock nothing(nullptr); }), none);
     UniqueLock empty;
-    EXPECT_EQ(runtimeFailure([&] { empty.lock(); }), "No lockable is associated with this unique lock.");
-    EXPECT_EQ(runtimeFailure([&] { empty.unlock(); }), "No lockable is associated with this unique lock.");
-}
-
-TEST(ScopedLock, HoldsForItsScope)
-{
-    CountingLockable lockable;
-    {
-        ScopedLock guard(lockable);
-        EXPECT_EQ(lockable.depth, 1);
-    }
-    EXPECT_EQ(lockable.depth, 0);
+    EXPECT_EQ(runtimeFailure([&] { empty.lock(); }), none);
+    EXPECT_EQ(runtimeFailure([&] { empty.unlock(); }), none);
 }
