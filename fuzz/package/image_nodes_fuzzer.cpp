@@ -1,18 +1,23 @@
-// Runs a SharpnessExtractor on an image over exactly the given bytes, whose
-// pixel type, size and padding, and the node's AOI, come from a small header.
-// Every outcome must be a figure, an error value or nothing; the sanitizers
-// catch any read outside the bytes.
+// Runs a Converter, a HistogramExtractor or a SharpnessExtractor on an image over
+// exactly the given bytes, whose pixel type, size and padding, and the
+// SharpnessExtractor's AOI, come from a small header. Every outcome must be the
+// node's output pins with a value or an error value (a figure, an error value or
+// nothing for the SharpnessExtractor), and a converted image must hold all the
+// bytes it claims; the sanitizers catch any access outside the bytes.
 //
 // Header, 14 bytes: type selector (4, little-endian; a table index unless its top
 // bit is set, then a raw code), width (2), height (1), padding (1), AOI left,
 // top, width, height (1 each, signed), AOI flags (1: bit n set puts the nth
-// field near the largest signed 64-bit value), unused (1).
+// field near the largest signed 64-bit value), node (1: 0 SharpnessExtractor,
+// 1 Converter, 2 HistogramExtractor, modulo 3).
 #include "built_package.h"
+#include "fuzz_support.h"
 #include "packageloader.h"
 
 #include <TarvikDataProcessingCore/core/IImage.h>
 #include <TarvikDataProcessingCore/core/MemorySettings.h>
 
+#include <TarvikBase/PixelType.h>
 #include <TarvikBase/PixelTypeInfo.h>
 
 #include <cstdlib>
@@ -66,19 +71,32 @@ const Utils::TypeRegistrar<FuzzImage, Utils::DirectBase<Core::IImage>, Utils::In
                            Utils::IndirectBase<Utils::IObject>>
     fuzzImageType("FuzzImage");
 
-struct NullUpdate : Core::IGraphUpdate
-{
-    uint64_t getId() const override { return 1; }
-    const std::vector<std::shared_ptr<IGraphUpdate>>& getParents() const override { return parents; }
-    std::vector<std::shared_ptr<IGraphUpdate>> parents;
-};
-
 Tarvik::EPixelType pixelType(uint32_t selector)
 {
     if (selector & 0x80000000u)
         return static_cast<Tarvik::EPixelType>(selector & 0x7FFFFFFFu);
     const auto table = Tarvik::PixelTypeTable();
     return table[selector % table.size()].type;
+}
+
+// The Converter's pins: an error or a Mono8 or BGRa8 image of the input's size,
+// all of whose bytes can be read.
+void checkConverted(const Core::ValueMap& outputs, uint32_t width, uint32_t height)
+{
+    const auto found = outputs.find("ImageConverted");
+    if (found == outputs.end() || outputs.size() > 2)
+        std::abort();
+    const auto image = found->second.get<Utils::COWPtr<Core::IImage>>(true);
+    if (image->hasError(false))
+        return;
+    const Tarvik::EPixelType type = image->getPixelType();
+    if ((type != Tarvik::PixelType_Mono8 && type != Tarvik::PixelType_BGRa8) || image->getWidth() != width ||
+        image->getHeight() != height ||
+        image->getImageSize() <
+            Tarvik::ComputeBufferSize(type, width, height, image->getImageData().paddingX))
+        std::abort();
+    const auto* bytes = static_cast<const uint8_t*>(image->getImageData().data);
+    const std::vector<uint8_t> copy(bytes, bytes + image->getImageSize());
 }
 
 } // namespace
@@ -88,7 +106,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     if (size < headerSize)
         return 0;
     static PackageLoader package(builtPackagePath());
-    static const std::shared_ptr<Core::INode> node = package.createNode("SharpnessExtractor");
+    static const std::shared_ptr<Core::INode> nodes[] = {package.createNode("SharpnessExtractor"),
+                                                         package.createNode("Converter"),
+                                                         package.createNode("HistogramExtractor")};
+    const unsigned which = data[13] % 3;
 
     const uint32_t selector = data[0] | (data[1] << 8) | (data[2] << 16) | (uint32_t{data[3]} << 24);
     const uint32_t width = (data[4] | (data[5] << 8)) % 1024;
@@ -101,14 +122,23 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
             value += std::numeric_limits<int64_t>::max() - 200;
         settings->setInt(keys[field], value);
     }
-    node->load(settings);
+    nodes[which]->load(settings);
 
     Utils::Variant input;
     input.setData(Utils::COWPtr<Core::IImage>(new FuzzImage(
         pixelType(selector), width, data[6], data[7], std::vector<uint8_t>(data + headerSize, data + size))));
-    const auto update = std::make_shared<NullUpdate>();
-    const Core::UpdateOutputs outputs = node->run(update, {{"Image", input}});
-    if (outputs.size() != 1 || outputs.begin()->second.size() > 1)
+    const auto update = std::make_shared<FuzzSupport::NullUpdate>();
+    const Core::UpdateOutputs outputs = nodes[which]->run(update, {{"Image", input}});
+    if (outputs.size() != 1)
         std::abort();
+    const Core::ValueMap& values = outputs.begin()->second;
+    if (which == 0 && values.size() > 1)
+        std::abort();
+    if (which == 1)
+        checkConverted(values, width, data[6]);
+    if (which == 2)
+        for (const char* pin : {"Red", "Green", "Blue", "Lum"})
+            if (values.count(pin) != 1 || !values.at(pin).isValid())
+                std::abort();
     return 0;
 }
