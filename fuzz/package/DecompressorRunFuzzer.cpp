@@ -39,7 +39,8 @@ struct Fixture
 {
     PackageLoader package{builtPackagePath()};
     std::shared_ptr<Core::INode> node = package.createNode(
-        "Decompressor", std::make_shared<Core::ResourcePool>(std::make_shared<FuzzSupport::BoundedBufferProvider>()));
+        "Decompressor",
+        std::make_shared<Core::ResourcePool>(std::make_shared<FuzzSupport::BoundedBufferProvider>()));
     std::shared_ptr<Core::IGraphUpdate> update = std::make_shared<FuzzSupport::NullUpdate>();
     std::vector<uint8_t> descriptor = Tarvik::CImageCompressor().GetCompressionDescriptor();
 };
