@@ -39,7 +39,8 @@ GraphDescription GraphDescription::parse(const std::string& text, const std::str
     {
         root = nlohmann::json::parse(text);
     }
-    catch (const nlohmann::json::parse_error& e)
+    // A syntax error, and also a number beyond a double's range, which is not one.
+    catch (const nlohmann::json::exception& e)
     {
         throw GraphFileError(origin + " is not valid JSON: " + e.what());
     }

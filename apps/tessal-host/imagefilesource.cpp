@@ -122,10 +122,9 @@ ImageFileSource::Frame ImageFileSource::readPngFile(const std::filesystem::path&
 
 ImageFileSource::Frame ImageFileSource::readRawFile(const std::filesystem::path& file)
 {
-    const size_t lineSize =
-        (size_t{m_settings.rawWidth} * Tarvik::BitPerPixel(m_settings.rawPixelType) + 7) / 8 +
-        m_settings.rawPaddingX;
-    const size_t expected = lineSize * m_settings.rawHeight;
+    // The image's own arithmetic: planes, packing, and a layout too large for memory, which it refuses.
+    const size_t expected = Tarvik::ComputeBufferSize(m_settings.rawPixelType, m_settings.rawWidth,
+                                                      m_settings.rawHeight, m_settings.rawPaddingX);
     const size_t size = sizeOf(file);
     if (size != expected)
         throw std::runtime_error(

@@ -1,25 +1,33 @@
-// Register accesses with any address, length and content on the real ports of a node's
-// parameters. Buffers are exactly as long as the access says, so any byte read or
+// Register accesses with any address, length and content through the node maps of
+// two adapters, one with a shared port and one with a port per parameter, as a
+// client of the map reaches the real ports; between them, writes of the features
+// themselves. Buffers are exactly as long as the access says, so any byte read or
 // written beyond them is caught by the address sanitizer. Checks the rules of the
-// register level: an access with another length than 8 reads zeros over its length.
-#include "detail/DataNodeMapPort.h"
-#include "detail/RealNodeMapPortMultiParameter.h"
-#include "detail/RealNodeMapPortSingleParameter.h"
-
+// register level (an access with another length than 8 reads zeros over its
+// length), and that every feature then reads what its parameter holds, whatever
+// changed it.
+//
+// Input, repeated: operation (1: bits 0-1 the port: the shared one, or the own
+// port of Flag, Count or Rate; bit 2 write, else read; bit 3 write the features
+// from the buffer instead, bit 4 with the range check; bit 7 an address near the
+// blocks), address (8), length (1, signed), then length bytes of buffer.
+#include <AnythingToNodeMapAdapter/AnythingToNodeMapAdapter.h>
 #include <AnythingToNodeMapAdapter/BooleanParameterPortRelay.h>
+#include <AnythingToNodeMapAdapter/CategoryParameterPort.h>
 #include <AnythingToNodeMapAdapter/FloatParameterPortRelay.h>
 #include <AnythingToNodeMapAdapter/IntegerParameterPortRelay.h>
 
+#include <GenApi/GenApi.h>
+
+#include <bit>
 #include <cstdint>
 #include <cstring>
-#include <sstream>
 #include <vector>
 
 namespace
 {
 
 using namespace AnythingToNodeMapAdapter;
-using namespace AnythingToNodeMapAdapter::Detail;
 
 struct FuzzNode
 {
@@ -33,6 +41,50 @@ struct FuzzNode
     bool flag = false;
     int16_t count = 0;
     double rate = 0.0;
+};
+
+// A node with its parameters published in one of the two layouts.
+struct Published
+{
+    explicit Published(const char* portName)
+    {
+        adapter.addParameterPort(std::make_shared<CategoryParameterPort>("Root"), 0);
+        adapter.addParameterPort(
+            std::make_shared<BooleanParameterPortRelay<FuzzNode, &FuzzNode::getFlag, &FuzzNode::setFlag>>(
+                &node, "Flag", "", "", "", "Expert", true, true, true, true),
+            0);
+        adapter.addParameterPort(
+            std::make_shared<
+                IntegerParameterPortRelay<int16_t, FuzzNode, &FuzzNode::getCount, &FuzzNode::setCount>>(
+                &node, "Count", "", "", "", "Expert", true, true, true, true, -100, 100, 1, "PureNumber"),
+            0);
+        adapter.addParameterPort(
+            std::make_shared<FloatParameterPortRelay<FuzzNode, &FuzzNode::getRate, &FuzzNode::setRate>>(
+                &node, "Rate", "", "", "", "Expert", true, true, true, true, 0.0, 1.0),
+            0);
+        for (const char* feature : {"Flag", "Count", "Rate"})
+        {
+            adapter.addRelation("Feature", "Root", feature);
+        }
+        adapter.createNodeMap(nullptr, portName, "");
+    }
+
+    GenApi::INodeMap& map() const { return *adapter.getNodeMap(); }
+
+    // Every feature reads what the node holds: no register access leaves a stale value behind.
+    void check() const
+    {
+        const double rate = GenApi::CFloatPtr(map().GetNode("Rate"))->GetValue();
+        if (GenApi::CBooleanPtr(map().GetNode("Flag"))->GetValue() != node.flag ||
+            GenApi::CIntegerPtr(map().GetNode("Count"))->GetValue() != node.count ||
+            std::bit_cast<uint64_t>(rate) != std::bit_cast<uint64_t>(node.rate))
+        {
+            __builtin_trap();
+        }
+    }
+
+    FuzzNode node;
+    CAnythingToNodeMapAdapter adapter;
 };
 
 // Takes bytes from the front of the input; zeros once it is used up.
@@ -61,38 +113,38 @@ private:
     size_t m_size;
 };
 
+template <class F>
+void tolerating(F&& action)
+{
+    try
+    {
+        action();
+    }
+    catch (const GenICam::GenericException&)
+    {
+        // The node map refuses a value out of range or of a read-only feature.
+    }
+}
+
+// Writes the features from the buffer's words, through the node map.
+void writeFeatures(GenApi::INodeMap& map, const std::vector<uint8_t>& buffer, bool verify)
+{
+    Reader words(buffer.data(), buffer.size());
+    const bool flag = words.take<uint8_t>() & 1;
+    const int64_t count = words.take<int64_t>();
+    const double rate = words.take<double>();
+    tolerating([&] { GenApi::CBooleanPtr(map.GetNode("Flag"))->SetValue(flag, verify); });
+    tolerating([&] { GenApi::CIntegerPtr(map.GetNode("Count"))->SetValue(count, verify); });
+    tolerating([&] { GenApi::CFloatPtr(map.GetNode("Rate"))->SetValue(rate, verify); });
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    FuzzNode node;
-    auto flag = std::make_shared<CBooleanNodeMapPort>(
-        std::make_shared<BooleanParameterPortRelay<FuzzNode, &FuzzNode::getFlag, &FuzzNode::setFlag>>(
-            &node, "Flag", "", "", "", "Expert", true, true, true, true),
-        0);
-    auto count = std::make_shared<CIntegerNodeMapPort>(
-        std::make_shared<
-            IntegerParameterPortRelay<int16_t, FuzzNode, &FuzzNode::getCount, &FuzzNode::setCount>>(
-            &node, "Count", "", "", "", "Expert", true, false, true, true, -100, 100, 1, "PureNumber"),
-        0);
-    auto rate = std::make_shared<CFloatNodeMapPort>(
-        std::make_shared<FloatParameterPortRelay<FuzzNode, &FuzzNode::getRate, &FuzzNode::setRate>>(
-            &node, "Rate", "", "", "", "Expert", true, true, true, true, 0.0, 1.0),
-        0);
-    std::ostringstream text;
-    int64_t address = 0;
-    for (CBasicNodeMapPort* port :
-         std::initializer_list<CBasicNodeMapPort*>{count.get(), flag.get(), rate.get()})
-    {
-        port->placeAndWriteXml(text, false, "Params", "", address);
-    }
-    // No node map: the ports are exercised on their own.
-    CRealNodeMapPortMultiParameter multi(nullptr, "Params");
-    CRealNodeMapPortSingleParameter single(nullptr);
-    multi.connect(count.get());
-    multi.connect(flag.get());
-    multi.connect(rate.get());
-    multi.finish();
+    static const Published shared("Params");
+    static const Published own("");
+    static const char* const ownPorts[] = {"FlagPort", "CountPort", "RatePort"};
 
     Reader input(data, size);
     while (!input.empty())
@@ -109,27 +161,32 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         {
             byte = input.take<uint8_t>();
         }
-        GenApi::IPort& target = (operation & 1) ? static_cast<GenApi::IPort&>(multi) : single;
-        if (operation & 2)
+        const unsigned portIndex = operation & 3;
+        const Published& target = portIndex == 0 ? shared : own;
+        GenApi::CPortPtr port = target.map().GetNode(portIndex == 0 ? "Params" : ownPorts[portIndex - 1]);
+        if (operation & 8)
         {
-            target.Write(buffer.data(), at, length);
-            continue;
+            writeFeatures(target.map(), buffer, operation & 16);
         }
-        target.Read(buffer.data(), at, length);
-        if (length > 0 && length != 8)
+        else if (operation & 4)
         {
-            for (const uint8_t byte : buffer)
+            port->Write(buffer.data(), at, length);
+        }
+        else
+        {
+            port->Read(buffer.data(), at, length);
+            if (length > 0 && length != 8)
             {
-                if (byte != 0)
+                for (const uint8_t byte : buffer)
                 {
-                    __builtin_trap(); // an access of another length must read zeros
+                    if (byte != 0)
+                    {
+                        __builtin_trap(); // an access of another length must read zeros
+                    }
                 }
             }
         }
-        if (operation & 4)
-        {
-            multi.disconnect(flag.get());
-        }
+        target.check();
     }
     return 0;
 }

@@ -1,12 +1,15 @@
 // Arbitrary bytes as a register description: the factory must either refuse
 // them with a GenICam exception or build a map whose every feature can be read
-// (or refuses the read with a GenICam exception) through a port that answers
-// every address.
+// and written (or refuses the access with a GenICam exception) through a port
+// that answers every address.
 #include <GenApi/GenApi.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <limits>
+#include <vector>
 
 using namespace GenApi;
 
@@ -48,7 +51,52 @@ void Tolerating(F&& action)
     }
 }
 
-void ReadEverything(INodeMap& map)
+// Each action on its own: one refusal does not skip the next.
+template <class... F>
+void ToleratingEach(F&&... actions)
+{
+    (Tolerating(actions), ...);
+}
+
+// Writes the limits, a value beside the current one and a value beyond the
+// limits, each with and without the range check.
+void WriteTyped(INode* node)
+{
+    for (const bool verify : {true, false})
+    {
+        if (CIntegerPtr integer = node; integer.IsValid())
+            ToleratingEach([&] { integer->SetValue(integer->GetMin(), verify); },
+                           [&] { integer->SetValue(integer->GetMax(), verify); },
+                           [&] { integer->SetValue(integer->GetValue() ^ 1, verify); },
+                           [&] { integer->SetValue(std::numeric_limits<int64_t>::min(), verify); });
+        if (CFloatPtr number = node; number.IsValid())
+            ToleratingEach([&] { number->SetValue(number->GetMin(), verify); },
+                           [&] { number->SetValue(number->GetMax(), verify); },
+                           [&] { number->SetValue(-number->GetValue(), verify); },
+                           [&] { number->SetValue(std::numeric_limits<double>::quiet_NaN(), verify); });
+    }
+    if (CBooleanPtr flag = node; flag.IsValid())
+        Tolerating([&] { flag->SetValue(!flag->GetValue()); });
+    if (CEnumerationPtr enumeration = node; enumeration.IsValid())
+    {
+        NodeList_t entries;
+        Tolerating([&] { enumeration->GetEntries(entries); });
+        for (const CEnumEntryPtr entry : entries)
+            Tolerating([&] { enumeration->SetIntValue(entry->GetValue()); });
+    }
+    // A register as long as the document likes is not copied: the fuzzer's memory is limited.
+    if (CRegisterPtr reg = node; reg.IsValid())
+        Tolerating(
+            [&]
+            {
+                std::vector<uint8_t> bytes(
+                    static_cast<size_t>(std::clamp<int64_t>(reg->GetLength(), 0, 4096)));
+                reg->Get(bytes.data(), static_cast<int64_t>(bytes.size()));
+                reg->Set(bytes.data(), static_cast<int64_t>(bytes.size()));
+            });
+}
+
+void ReadAndWriteEverything(INodeMap& map)
 {
     NodeList_t nodes;
     map.GetNodes(nodes);
@@ -73,6 +121,7 @@ void ReadEverything(INodeMap& map)
         // Writing back what was read exercises the checks and the invalidation.
         if (CValuePtr value = node; value.IsValid() && IsWritable(value))
             Tolerating([&] { value->FromString(value->ToString()); });
+        WriteTyped(node);
         Tolerating([&] { node->InvalidateNode(); });
     }
 }
@@ -97,6 +146,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     for (INode* node : nodes)
         if (node->GetPrincipalInterfaceType() == intfIPort)
             ref._Connect(&port, node->GetName());
-    ReadEverything(*ref._Ptr);
+    ReadAndWriteEverything(*ref._Ptr);
     return 0;
 }

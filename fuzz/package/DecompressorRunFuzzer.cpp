@@ -12,10 +12,10 @@
 // hint (4, signed), width hint (2, signed), height hint (2, signed). The rest is
 // the buffer.
 #include "built_package.h"
+#include "fuzz_support.h"
 #include "packageloader.h"
 
 #include <TarvikBase/PixelTypeInfo.h>
-#include <TarvikDataProcessingCore/core/AlignedBufferProvider.h>
 #include <TarvikDataProcessingCore/core/IResourcePool.h>
 #include <TarvikDataProcessingCore/core/MemorySettings.h>
 #include <TarvikDataProcessingCore/core/ScalarValues.h>
@@ -35,34 +35,13 @@ namespace
 
 constexpr size_t headerSize = 25;
 
-// The fuzzer's memory is limited: larger images are refused as a pool out of memory would.
-class BoundedBufferProvider final : public Core::IBufferProvider
-{
-public:
-    std::shared_ptr<Core::IBuffer> allocate(size_t size) override
-    {
-        if (size > 16 * 1024 * 1024)
-            throw BAD_ALLOC_EXCEPTION("Pool has no buffer of %zu bytes.", size);
-        return m_provider.allocate(size);
-    }
-
-private:
-    Core::AlignedBufferProvider m_provider;
-};
-
-struct TestUpdate : Core::IGraphUpdate
-{
-    uint64_t getId() const override { return 1; }
-    const std::vector<std::shared_ptr<IGraphUpdate>>& getParents() const override { return parents; }
-    std::vector<std::shared_ptr<IGraphUpdate>> parents;
-};
-
 struct Fixture
 {
     PackageLoader package{builtPackagePath()};
     std::shared_ptr<Core::INode> node = package.createNode(
-        "Decompressor", std::make_shared<Core::ResourcePool>(std::make_shared<BoundedBufferProvider>()));
-    std::shared_ptr<Core::IGraphUpdate> update = std::make_shared<TestUpdate>();
+        "Decompressor",
+        std::make_shared<Core::ResourcePool>(std::make_shared<FuzzSupport::BoundedBufferProvider>()));
+    std::shared_ptr<Core::IGraphUpdate> update = std::make_shared<FuzzSupport::NullUpdate>();
     std::vector<uint8_t> descriptor = Tarvik::CImageCompressor().GetCompressionDescriptor();
 };
 
@@ -89,13 +68,6 @@ Utils::Variant integer(int64_t value)
 }
 
 } // namespace
-
-// Failed checks log a line each; thousands of them a second would only slow the search.
-extern "C" int LLVMFuzzerInitialize(int*, char***)
-{
-    setenv("TARVIK_LOG_LEVEL", "0", 0);
-    return 0;
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {

@@ -176,6 +176,8 @@ TEST(HostCommands, RefuseBadGraphFilesAndPackagesWithClearMessages)
         const char* message;
     } graphs[] = {
         {"bad-json", "{\"nodes\": [", "is not valid JSON"},
+        {"huge-number", R"({"nodes": [{"name": "x", "module": "Gate", "settings": {"Enable": 1e400}}]})",
+         "is not valid JSON"},
         {"unknown-module", R"({"nodes": [{"name": "x", "module": "Nope"}]})",
          "node 'x': unknown module \"Nope\""},
         {"bad-edge", "{\"nodes\": [" + camera + R"(, {"name": "conv", "module": "Converter"}],
