@@ -87,10 +87,13 @@ SyntheticCamera::FrameKind SyntheticCamera::kindOf(uint64_t frame) const
 {
     if (crosses(frame, m_settings.failedShare, 0.0))
         return FrameKind::Failed;
-    const uint64_t inPeriod = frame % SyntheticScene::repeatPeriod;
-    if (crosses(inPeriod, m_settings.truncatedShare, 0.25))
+    // The golden-ratio sequence spreads any share evenly over the period, in a
+    // pattern of its own beside the failed and compressed frames.
+    const double spread =
+        std::fmod(static_cast<double>(frame % SyntheticScene::repeatPeriod) * 0.6180339887498949, 1.0);
+    if (spread < m_settings.truncatedShare)
         return FrameKind::Truncated;
-    if (crosses(inPeriod, m_settings.corruptedShare, 0.75))
+    if (spread < m_settings.truncatedShare + m_settings.corruptedShare)
         return FrameKind::Corrupted;
     if (crosses(frame, m_settings.compressedShare, 0.5))
         return FrameKind::Compressed;

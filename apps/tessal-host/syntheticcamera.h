@@ -17,12 +17,13 @@
 // which only the first bytes arrived (1 byte up to all but one, so that the cut
 // falls in the header or in the body), reported as a successful grab of that
 // many bytes in a buffer of that size; a corrupted frame is a compressed frame
-// with one byte changed in transit, anywhere in header or body. Both are
-// scheduled on the position of the frame within the scene's repeat period,
-// with offsets 1/4 and 3/4, after failed and before compressed frames; the cut
-// and the changed byte follow from that position too. So every period of the
-// scene damages the same frames the same way, and a run of any length meets
-// a bounded set of damaged frames.
+// with one byte changed in transit, anywhere in header or body. Which frames
+// these are follows from the position p of the frame within the scene's repeat
+// period: truncated when the fraction of p times the golden ratio is below
+// truncatedShare, corrupted when it is below the sum of both shares; after
+// failed and before compressed frames. The cut and the changed byte follow from
+// p too. So every period of the scene damages the same frames the same way, and
+// a run of any length meets a bounded set of damaged frames.
 //
 // Not thread-safe: the graph's thread runs it.
 #pragma once
