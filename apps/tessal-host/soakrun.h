@@ -45,7 +45,7 @@ struct SoakOptions
     SyntheticCameraSettings camera = {640, 480, Tarvik::PixelType_BayerRG8, 0.2, 0.05, 0.03, 0.03};
     uint64_t restartEvery = 250;
     double warmUpShare = 0.2;
-    uint64_t memoryTolerance = 8 << 20;
+    uint64_t memoryTolerance = 4 << 20;
     // Seed of the toggler's choices.
     uint64_t seed = 1;
     // Print progress on a terminal.
