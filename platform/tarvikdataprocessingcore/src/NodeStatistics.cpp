@@ -23,10 +23,9 @@ size_t bucketOf(double microseconds)
     return std::min(static_cast<size_t>(steps), bucketCount - 1);
 }
 
+// Of a bucket above 0.
 double middleOf(size_t bucket)
 {
-    if (bucket == 0)
-        return shortestBucketed;
     return shortestBucketed * std::pow(bucketGrowth, static_cast<double>(bucket) - 0.5);
 }
 
@@ -70,6 +69,9 @@ double NodeStatistics::runTimePercentile(double percent) const
     size_t bucket = 0;
     while ((seen += m_runTimeBuckets[bucket]) < wanted)
         ++bucket;
+    // The shortest run lies in the first bucket if anything does, the longest in the last.
+    if (bucket == 0)
+        return m_shortestRun;
     if (bucket == bucketCount - 1)
         return m_longestRun;
     return std::clamp(middleOf(bucket), m_shortestRun, m_longestRun);
