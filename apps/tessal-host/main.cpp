@@ -4,6 +4,7 @@
 //   tessal-host run GRAPH.json [--frames N] [--output DIR]   a graph file
 //   tessal-host demo [--frames N] [--output DIR]             the default graph
 //   tessal-host demo --camera Fake_1                         ... on an Aravis camera
+//   tessal-host soak [--minutes M] [--frames N] [--json F]   the default graph under load
 //   tessal-host nodemap (--module M | --graph G --node N | --camera C) [--load F]
 //                       [list | get X | set X V | xml] [--save F]
 //
@@ -15,6 +16,7 @@
 #include "modulecatalog.h"
 #include "nodemaptool.h"
 #include "packageloader.h"
+#include "soakrun.h"
 #include "sourceerror.h"
 
 #include <GCBase/GCException.h>
@@ -27,6 +29,7 @@
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
+#include <fstream>
 #include <string>
 
 namespace
@@ -217,6 +220,32 @@ int main(int argc, char** argv)
     set->add_option("value", nodemapOptions.value, "The value, as text")->required();
     CLI::App* const xml = nodemap->add_subcommand("xml", "Print the register description of each node map");
 
+    SoakOptions soakOptions;
+    double soakMinutes = soakOptions.seconds / 60.0;
+    std::string soakFormat = "BayerRG8";
+    std::string soakJson;
+    bool soakQuiet = false;
+    CLI::App* const soak = app.add_subcommand(
+        "soak",
+        "Run the default graph under load: damaged frames, node-map writes and restarts from a second "
+        "thread; fail if a frame is unaccounted for or memory grows after the warm-up");
+    soak->add_option("-m,--minutes", soakMinutes, "How long to run")
+        ->capture_default_str()
+        ->check(CLI::PositiveNumber);
+    soak->add_option("-n,--frames", soakOptions.frames, "End after this many frames if sooner (0: no limit)")
+        ->capture_default_str();
+    soak->add_option("--width", soakOptions.camera.width, "Frame width")->capture_default_str();
+    soak->add_option("--height", soakOptions.camera.height, "Frame height")->capture_default_str();
+    soak->add_option("--pixel-format", soakFormat, "Pixel format of the camera")->capture_default_str();
+    soak->add_option("--restart-every", soakOptions.restartEvery,
+                     "Restart the graph after so many node-map writes")
+        ->capture_default_str()
+        ->check(CLI::PositiveNumber);
+    soak->add_option("--seed", soakOptions.seed, "Seed of the second thread's choices")
+        ->capture_default_str();
+    soak->add_option("--json", soakJson, "Write the report as JSON to this file too");
+    soak->add_flag("-q,--quiet", soakQuiet, "Show no progress line");
+
     try
     {
         app.parse(argc, argv);
@@ -239,6 +268,24 @@ int main(int argc, char** argv)
                 nodemapOptions.xml = xml->parsed();
                 nodemapOptions.onCamera = nodemap->count("--camera") > 0;
                 return nodemapCommand(catalog, nodemapOptions);
+            }
+            if (*soak)
+            {
+                soakOptions.seconds = soakMinutes * 60.0;
+                soakOptions.progress = !soakQuiet;
+                soakOptions.camera.pixelType =
+                    Tarvik::CPixelTypeMapper::GetTarvikPixelTypeByName(soakFormat.c_str());
+                if (soakOptions.camera.pixelType == Tarvik::PixelType_Undefined)
+                    throw GraphFileError("unknown pixel format \"" + soakFormat + "\"");
+                std::printf("Soak of the default graph: %ux%u %s, %.1f minutes, seed %llu\n",
+                            soakOptions.camera.width, soakOptions.camera.height, soakFormat.c_str(),
+                            soakMinutes, static_cast<unsigned long long>(soakOptions.seed));
+                std::fflush(stdout);
+                const SoakReport report = runSoak(catalog, soakOptions);
+                std::printf("%s", report.text().c_str());
+                if (!soakJson.empty() && !(std::ofstream(soakJson) << report.toJson().dump(2) << "\n"))
+                    throw std::runtime_error("cannot write " + soakJson);
+                return report.passed() ? int{exitDone} : int{exitFailed};
             }
             if (*run)
             {

@@ -49,6 +49,10 @@ SyntheticCameraSettings cameraSettings(const GraphDescription::Node& node)
     camera.compressedShare =
         setting<double>(node.settings, "CompressedShare", camera.compressedShare, node.name);
     camera.failedShare = setting<double>(node.settings, "FailedShare", camera.failedShare, node.name);
+    camera.truncatedShare =
+        setting<double>(node.settings, "TruncatedShare", camera.truncatedShare, node.name);
+    camera.corruptedShare =
+        setting<double>(node.settings, "CorruptedShare", camera.corruptedShare, node.name);
     return camera;
 }
 
@@ -93,7 +97,9 @@ nlohmann::json cameraJson(const SyntheticCameraSettings& camera)
             {"Height", camera.height},
             {"PixelFormat", Tarvik::CPixelTypeMapper::GetNameByTarvikPixelType(camera.pixelType).c_str()},
             {"CompressedShare", camera.compressedShare},
-            {"FailedShare", camera.failedShare}};
+            {"FailedShare", camera.failedShare},
+            {"TruncatedShare", camera.truncatedShare},
+            {"CorruptedShare", camera.corruptedShare}};
 }
 
 } // namespace

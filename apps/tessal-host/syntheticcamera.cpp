@@ -31,6 +31,19 @@ bool crosses(uint64_t frame, double share, double offset)
     return std::floor((k + 1.0) * share + offset) > std::floor(k * share + offset);
 }
 
+// A truncated frame keeps 1 byte up to all but one, a corrupted frame has one
+// byte changed; both chosen by the frame's position in the scene's period.
+void damage(std::vector<uint8_t>& frame, SyntheticCamera::FrameKind kind, uint64_t inPeriod)
+{
+    if (kind == SyntheticCamera::FrameKind::Truncated)
+    {
+        const uint64_t percent = inPeriod * 37 % 100;
+        frame.resize(1 + (frame.size() - 2) * percent / 100);
+    }
+    else if (kind == SyntheticCamera::FrameKind::Corrupted)
+        frame[inPeriod * 7919 % frame.size()] ^= static_cast<uint8_t>(1 + inPeriod % 255);
+}
+
 } // namespace
 
 SyntheticCamera::SyntheticCamera(const std::shared_ptr<Core::IResourcePool>& resourcePool,
@@ -39,9 +52,11 @@ SyntheticCamera::SyntheticCamera(const std::shared_ptr<Core::IResourcePool>& res
     , m_settings(settings)
     , m_scene(settings.width, settings.height, settings.pixelType)
 {
-    for (const double share : {settings.compressedShare, settings.failedShare})
+    for (const double share :
+         {settings.compressedShare, settings.failedShare, settings.truncatedShare, settings.corruptedShare})
         if (!(share >= 0.0 && share <= 1.0))
-            throw std::invalid_argument("the shares of compressed and failed frames lie between 0 and 1");
+            throw std::invalid_argument("the shares of compressed, failed, truncated and corrupted frames "
+                                        "lie between 0 and 1");
     const auto integerType = Utils::TypeInfo::get<Core::IInteger>(true);
     createOutput("GrabResult", "The frame as the stream grabber delivered it",
                  Utils::TypeInfo::get<GrabResult>(true), true, unlimited);
@@ -72,6 +87,14 @@ SyntheticCamera::FrameKind SyntheticCamera::kindOf(uint64_t frame) const
 {
     if (crosses(frame, m_settings.failedShare, 0.0))
         return FrameKind::Failed;
+    // The golden-ratio sequence spreads any share evenly over the period, in a
+    // pattern of its own beside the failed and compressed frames.
+    const double spread =
+        std::fmod(static_cast<double>(frame % SyntheticScene::repeatPeriod) * 0.6180339887498949, 1.0);
+    if (spread < m_settings.truncatedShare)
+        return FrameKind::Truncated;
+    if (spread < m_settings.truncatedShare + m_settings.corruptedShare)
+        return FrameKind::Corrupted;
     if (crosses(frame, m_settings.compressedShare, 0.5))
         return FrameKind::Compressed;
     return FrameKind::Healthy;
@@ -85,6 +108,10 @@ std::string SyntheticCamera::frameStatus(uint64_t frame) const
         return "compressed";
     case FrameKind::Failed:
         return "failed";
+    case FrameKind::Truncated:
+        return "truncated";
+    case FrameKind::Corrupted:
+        return "corrupted";
     default:
         return "ok";
     }
@@ -100,12 +127,16 @@ Core::UpdateOutputs SyntheticCamera::run(const std::shared_ptr<Core::IGraphUpdat
     GrabResultDescription description{true,     m_scene.pixelType(), m_scene.width(), m_scene.height(), 0,
                                       frameSize};
     std::shared_ptr<Core::IBuffer> payload = pixels;
-    switch (kindOf(frame))
+    const FrameKind kind = kindOf(frame);
+    switch (kind)
     {
     case FrameKind::Compressed:
+    case FrameKind::Truncated:
+    case FrameKind::Corrupted:
     {
-        const std::vector<uint8_t> compressed = m_compressor.CompressImage(
+        std::vector<uint8_t> compressed = m_compressor.CompressImage(
             pixels->getData(), frameSize, m_scene.pixelType(), m_scene.width(), m_scene.height(), 0);
+        damage(compressed, kind, frame % SyntheticScene::repeatPeriod);
         payload = getBufferProvider()->allocate(compressed.size());
         std::memcpy(payload->getData(), compressed.data(), compressed.size());
         description.payloadSize = compressed.size();

@@ -13,6 +13,18 @@
 // failed. Nothing is copied: the image and the grab result share the buffer of
 // the framework's provider.
 //
+// Damaged frames, for soak runs: a truncated frame is a compressed frame of
+// which only the first bytes arrived (1 byte up to all but one, so that the cut
+// falls in the header or in the body), reported as a successful grab of that
+// many bytes in a buffer of that size; a corrupted frame is a compressed frame
+// with one byte changed in transit, anywhere in header or body. Which frames
+// these are follows from the position p of the frame within the scene's repeat
+// period: truncated when the fraction of p times the golden ratio is below
+// truncatedShare, corrupted when it is below the sum of both shares; after
+// failed and before compressed frames. The cut and the changed byte follow from
+// p too. So every period of the scene damages the same frames the same way, and
+// a run of any length meets a bounded set of damaged frames.
+//
 // Not thread-safe: the graph's thread runs it.
 #pragma once
 
@@ -32,6 +44,9 @@ struct SyntheticCameraSettings
     // Shares of the frames, from 0 to 1, that come compressed and that come failed.
     double compressedShare = 0.0;
     double failedShare = 0.0;
+    // Shares of the frames that come compressed but cut short, or with a byte changed.
+    double truncatedShare = 0.0;
+    double corruptedShare = 0.0;
 };
 
 class SyntheticCamera : public HostNode<SyntheticCamera>
@@ -42,6 +57,8 @@ public:
         Healthy,
         Compressed,
         Failed,
+        Truncated,
+        Corrupted,
     };
 
     // Raises std::invalid_argument for settings the scene cannot render or shares outside [0, 1].
@@ -55,7 +72,7 @@ public:
 
     const SyntheticScene& scene() const { return m_scene; }
     FrameKind kindOf(uint64_t frame) const;
-    // "ok", "compressed" or "failed".
+    // "ok", "compressed", "failed", "truncated" or "corrupted".
     std::string frameStatus(uint64_t frame) const;
 
 private:

@@ -16,6 +16,13 @@ constexpr int blue = 2;
 constexpr int alpha = 3;
 // Pixels the bars drift per frame.
 constexpr double driftPerFrame = 3.0;
+// Pixels after which the bar pattern starts over: each width, bar and gap.
+constexpr double barCycle = 2.0 * (2.0 + 4.0 + 8.0 + 16.0 + 32.0 + 64.0);
+static_assert(SyntheticScene::repeatPeriod % SyntheticScene::focusPeriod == 0 &&
+                  static_cast<uint64_t>(SyntheticScene::repeatPeriod * driftPerFrame) %
+                          static_cast<uint64_t>(barCycle) ==
+                      0,
+              "the scene must come back to its first frame after repeatPeriod frames");
 
 int channelOf(char letter)
 {
@@ -26,10 +33,9 @@ int channelOf(char letter)
 // detail everywhere in the frame. 1 on a bar, 0 between.
 double bar(double position)
 {
-    const double cycle = 2.0 * (2.0 + 4.0 + 8.0 + 16.0 + 32.0 + 64.0);
-    double within = std::fmod(position, cycle);
+    double within = std::fmod(position, barCycle);
     if (within < 0)
-        within += cycle;
+        within += barCycle;
     for (double width = 2.0;; width *= 2.0)
     {
         if (within < 2.0 * width)

@@ -21,6 +21,9 @@ class SyntheticScene
 {
 public:
     static constexpr uint64_t focusPeriod = 120;
+    // Frame k + repeatPeriod is rendered as frame k: the bars drift by whole
+    // cycles of their pattern in it, and the focus by whole periods.
+    static constexpr uint64_t repeatPeriod = 840;
     // Defocus of the most blurred frame, as the Gaussian's sigma in pixels.
     static constexpr double maxBlurSigma = 6.0;
 
