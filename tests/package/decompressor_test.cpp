@@ -393,7 +393,9 @@ TEST_F(DecompressorTest, RefusesDamagedOrMismatchedCompressedFrames)
         {"truncated body", std::vector<uint8_t>(good.begin(), good.end() - 1), descriptor, "is cut off",
          false},
         {"version", damaged(4, 9), descriptor, badStatus, true},
-        {"pixel type", damaged(16, 0x99), descriptor, "Pixel type 0x01080099 is not defined.", false},
+        // A damaged size field is refused before any image is allocated for it.
+        {"pixel type", damaged(16, 0x99), descriptor, badStatus, true},
+        {"width", damaged(23, 0xEE), descriptor, badStatus, true},
     };
     for (const Case& c : cases)
     {

@@ -9,15 +9,6 @@
 
 #include <algorithm>
 
-// A corrupted byte in a compressed frame's width or height makes the
-// Decompressor ask for an image of gigabytes before the checksum refuses the
-// frame. Released, the allocation fails or is never touched and the frame ends
-// as an error value; the thread sanitizer's allocator would abort instead.
-extern "C" const char* __tsan_default_options()
-{
-    return "allocator_may_return_null=1";
-}
-
 namespace
 {
 

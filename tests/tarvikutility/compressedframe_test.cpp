@@ -221,6 +221,9 @@ TEST(CompressedFrame, InfoTellsFramesFromOtherBytesAndReportsUnreadableHeaders)
     const std::vector<uint8_t> empty = compressor.CompressImage(nullptr, 0, PixelType_Mono8, 0, 5, 0);
     std::vector<uint8_t> newer = compressor.CompressImage(nullptr, 0, PixelType_Mono8, 0, 5, 0);
     newer[4] = 2;
+    std::vector<uint8_t> widened =
+        compressor.CompressImage(std::vector<uint8_t>(15).data(), 15, PixelType_Mono8, 3, 5, 0);
+    widened[23] = 0xEE; // the width's top byte: gigabytes no sender meant
     struct Case
     {
         std::vector<uint8_t> bytes;
@@ -234,6 +237,7 @@ TEST(CompressedFrame, InfoTellsFramesFromOtherBytesAndReportsUnreadableHeaders)
         {std::vector<uint8_t>(100, 0), false, false, 0},
         {{'T', 'V', 'C', 'F', 1, 0}, true, true, CompressionStatus_HeaderIncomplete},
         {newer, true, true, CompressionStatus_VersionNotSupported},
+        {widened, true, true, CompressionStatus_HeaderInconsistent},
         {empty, true, false, 0},
     };
     for (const Case& c : cases)

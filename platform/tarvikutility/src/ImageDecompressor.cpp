@@ -49,6 +49,23 @@ void checkHeader(const Header& header, const Codecs& expected)
             static_cast<unsigned long long>(header.imageSize), formatSize);
 }
 
+// One damaged byte in the pixel type, the dimensions, the padding or the image
+// size makes the stated size disagree with the one the format gives.
+bool statesItsOwnSize(const Header& header)
+{
+    if (!IsKnownPixelType(header.pixelType))
+        return false;
+    try
+    {
+        return header.imageSize ==
+               ComputeBufferSize(header.pixelType, header.width, header.height, header.paddingX);
+    }
+    catch (const GenICam::GenericException&)
+    {
+        return false;
+    }
+}
+
 CompressionInfo_t infoOf(const Header& header)
 {
     CompressionInfo_t info;
@@ -104,6 +121,11 @@ bool CImageDecompressor::GetCompressionInfo(CompressionInfo_t& info, const void*
     if (header.version != formatVersion)
     {
         info.compressionStatus = CompressionStatus_VersionNotSupported;
+        return true;
+    }
+    if (header.imageSize != 0 && !statesItsOwnSize(header))
+    {
+        info.compressionStatus = CompressionStatus_HeaderInconsistent;
         return true;
     }
     info = infoOf(header);

@@ -18,6 +18,9 @@ enum ECompressionStatus : uint32_t
     CompressionStatus_HeaderIncomplete = 0x10000,
     // The header is of a version this library does not read.
     CompressionStatus_VersionNotSupported = 0x10001,
+    // The header's image size disagrees with its pixel type and dimensions: the
+    // header is damaged, and its dimensions must not be used to allocate an image.
+    CompressionStatus_HeaderInconsistent = 0x10002,
 };
 
 struct CompressionInfo_t
