@@ -1,13 +1,13 @@
 // Converts arbitrary bytes as an image whose pixel type, size, padding and
-// settings come from a small header, and cuts regions out of it. Every refusal
-// must be a GenICam exception; the sanitizers catch any access outside the
-// exactly sized buffers.
+// settings come from a small header, into a buffer and into an image. Every
+// refusal must be a GenICam exception; the sanitizers catch any access outside
+// the exactly sized buffers.
 //
-// Header, 12 bytes: type selector (4, little-endian; a table index unless its
+// Header, 11 bytes: type selector (4, little-endian; a table index unless its
 // top bit is set, then a raw code), width (2), height (1), source padding (1),
 // output selector (1), flags (1: bit 0 MSB-aligned, bit 1 extrapolate, bit 2
 // bottom-up source, bit 3 bottom-up output, bit 4 two threads), target shortfall
-// (1), AOI seed (1). The rest is the source buffer, used at exactly its size.
+// (1). The rest is the source buffer, used at exactly its size.
 #include <GCBase/GCException.h>
 #include <TarvikBase/PixelTypeInfo.h>
 #include <TarvikUtility/ImageFormatConverter.h>
@@ -21,7 +21,7 @@ using namespace Tarvik;
 namespace
 {
 
-constexpr size_t kHeaderSize = 12;
+constexpr size_t kHeaderSize = 11;
 constexpr EPixelType kOutputs[] = {PixelType_Mono8, PixelType_Mono16, PixelType_RGB8, PixelType_RGB16,
                                    PixelType_BGRa8};
 
@@ -51,7 +51,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     const EPixelType output = kOutputs[data[8] % std::size(kOutputs)];
     const uint8_t flags = data[9];
     const size_t shortfall = data[10];
-    const uint8_t aoiSeed = data[11];
     // A copy of exactly the given bytes, so that reading past them is caught.
     const std::vector<uint8_t> source(data + kHeaderSize, data + size);
 
@@ -79,12 +78,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     {
         CTarvikImage image;
         image.AttachUserBuffer(const_cast<uint8_t*>(source.data()), source.size(), type, width, height,
-                               paddingX);
-        const uint32_t left = aoiSeed % (width + 2);
-        const uint32_t top = (aoiSeed / 16) % (height + 2);
-        const CTarvikImage region = image.GetAoi(left, top, width - std::min(width, left), height / 2 + 1);
+                               paddingX, (flags & 4) ? ImageOrientation_BottomUp : ImageOrientation_TopDown);
         CTarvikImage converted;
-        converter.Convert(converted, region);
+        converter.Convert(converted, image);
     }
     catch (const GenICam::GenericException&)
     {

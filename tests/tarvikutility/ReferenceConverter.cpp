@@ -55,21 +55,14 @@ Format Describe(EPixelType type)
         throw std::invalid_argument("reference: unknown type");
     const std::string_view name = info->name;
     const uint32_t depth = info->bitDepth;
-    if (name.starts_with("Bayer"))
+    if (name.starts_with("Bayer") || name.starts_with("Mono"))
     {
         const Layout layout = name.ends_with("Packed") ? Layout::Grouped
                               : name.ends_with("p")    ? Layout::LsbBits
                               : depth == 8             ? Layout::Byte
                                                        : Layout::Word;
-        return {Kind::Bayer, layout, depth, 1, false, name.substr(5, 2)};
-    }
-    if (name.starts_with("Mono"))
-    {
-        const Layout layout = name.ends_with("Packed") ? Layout::Grouped
-                              : name.ends_with("p")    ? Layout::LsbBits
-                              : depth == 8             ? Layout::Byte
-                                                       : Layout::Word;
-        return {Kind::Mono, layout, depth, 1, false, {}};
+        const bool bayer = name.starts_with("Bayer");
+        return {bayer ? Kind::Bayer : Kind::Mono, layout, depth, 1, false, bayer ? name.substr(5, 2) : ""};
     }
     if (name.starts_with("YUV"))
     {
@@ -100,17 +93,17 @@ struct Pixel
 class SourceReader
 {
 public:
-    SourceReader(const std::vector<uint8_t>& data, const Format& format, uint32_t width, uint32_t height,
-                 size_t paddingX)
+    SourceReader(const std::vector<uint8_t>& data, EPixelType type, const Format& format, uint32_t width,
+                 uint32_t height, size_t paddingX)
         : m_data(data)
         , m_format(format)
         , m_width(width)
         , m_height(height)
     {
-        const uint64_t bitsPerRow = format.layout == Layout::Planar
-                                        ? uint64_t{width} * (format.depth <= 8 ? 8 : 16)
-                                        : uint64_t{width} * BitsPerPixelOf(format);
-        m_stride = (bitsPerRow + 7) / 8 + paddingX;
+        // Each plane of a planar format has rows of its own, one sample per pixel.
+        const uint64_t bitsPerPixel = format.layout == Layout::Planar ? (format.depth <= 8 ? 8 : 16)
+                                                                      : FindPixelTypeInfo(type)->bitsPerPixel;
+        m_stride = (uint64_t{width} * bitsPerPixel + 7) / 8 + paddingX;
     }
 
     uint8_t Byte(uint32_t y, size_t offset, uint32_t plane = 0) const
@@ -126,13 +119,12 @@ public:
         return Byte(y, offset, plane) | (Byte(y, offset + 1, plane) << 8);
     }
 
-    uint32_t Bit(uint32_t y, uint64_t bit) const { return (Byte(y, bit / 8) >> (bit % 8)) & 1u; }
-
+    // `count` bits from `firstBit` on, least significant bit first.
     uint32_t Bits(uint32_t y, uint64_t firstBit, uint32_t count) const
     {
         uint32_t value = 0;
-        for (uint32_t i = 0; i < count; ++i)
-            value |= Bit(y, firstBit + i) << i;
+        for (uint64_t bit = firstBit; bit < firstBit + count; ++bit)
+            value |= ((Byte(y, bit / 8) >> (bit % 8)) & 1u) << (bit - firstBit);
         return value;
     }
 
@@ -238,34 +230,6 @@ public:
     }
 
 private:
-    static uint32_t BitsPerPixelOf(const Format& format)
-    {
-        switch (format.layout)
-        {
-        case Layout::Uyvy:
-        case Layout::Yuyv:
-        case Layout::Rgb565:
-            return 16;
-        case Layout::Uyyvyy:
-            return 12;
-        case Layout::Uyv:
-            return 24;
-        case Layout::Rgb10In32:
-            return 32;
-        case Layout::Grouped:
-            return 12;
-        case Layout::LsbBits:
-            return format.depth * format.samplesPerPixel;
-        case Layout::Byte:
-            return 8 * format.samplesPerPixel;
-        case Layout::Word:
-            return 16 * format.samplesPerPixel;
-        case Layout::Planar:
-            break;
-        }
-        return 0;
-    }
-
     const std::vector<uint8_t>& m_data;
     const Format& m_format;
     uint32_t m_width;
@@ -367,7 +331,7 @@ std::vector<uint8_t> Convert(const std::vector<uint8_t>& source, EPixelType type
                              uint32_t height, size_t paddingX, const Options& options)
 {
     const Format format = Describe(type);
-    const SourceReader reader(source, format, width, height, paddingX);
+    const SourceReader reader(source, type, format, width, height, paddingX);
     const BayerReference bayer(reader, format, width, height);
 
     const bool mono = options.output == PixelType_Mono8 || options.output == PixelType_Mono16;
@@ -388,18 +352,11 @@ std::vector<uint8_t> Convert(const std::vector<uint8_t>& source, EPixelType type
         {
             const bool frame = x == 0 || y == 0 || x + 1 == width || y + 1 == height;
             std::array<uint32_t, 3> rgb{};
-            uint32_t grey = 0;
-            bool isGrey = false;
+            std::optional<uint32_t> grey;
             if (format.kind == Kind::Mono)
-            {
                 grey = Depth(reader.Raw(x, y), format.depth, outDepth, options.msbAligned);
-                isGrey = true;
-            }
             else if (format.kind == Kind::Yuv && mono)
-            {
                 grey = Depth(static_cast<uint32_t>(reader.Yuv(x, y)[0]), 8, outDepth, options.msbAligned);
-                isGrey = true;
-            }
             else
             {
                 Pixel pixel = format.kind == Kind::Bayer ? bayer.At(x, y) : reader.Colour(x, y);
@@ -410,37 +367,19 @@ std::vector<uint8_t> Convert(const std::vector<uint8_t>& source, EPixelType type
                        Depth(pixel.g, depth, outDepth, options.msbAligned),
                        Depth(pixel.b, depth, outDepth, options.msbAligned)};
             }
-            if (isGrey)
-                rgb = {grey, grey, grey};
-            std::array<uint32_t, 4> samples{};
-            size_t count = 0;
+            if (grey)
+                rgb = {*grey, *grey, *grey};
+            std::array<uint32_t, 4> samples = {rgb[0], rgb[1], rgb[2], 0};
             if (mono)
-            {
-                samples[0] = isGrey ? grey : (77 * rgb[0] + 150 * rgb[1] + 29 * rgb[2] + 128) / 256;
-                count = 1;
-            }
+                samples[0] = grey.value_or((77 * rgb[0] + 150 * rgb[1] + 29 * rgb[2] + 128) / 256);
             else if (options.output == PixelType_BGRa8)
-            {
                 samples = {rgb[2], rgb[1], rgb[0], 255};
-                count = 4;
-            }
-            else
-            {
-                samples = {rgb[0], rgb[1], rgb[2], 0};
-                count = 3;
-            }
-            for (size_t i = 0; i < count; ++i)
-            {
-                if (outDepth == 8)
-                {
-                    row[x * outBytes + i] = static_cast<uint8_t>(samples[i]);
-                }
-                else
-                {
-                    row[x * outBytes + 2 * i] = static_cast<uint8_t>(samples[i]);
-                    row[x * outBytes + 2 * i + 1] = static_cast<uint8_t>(samples[i] >> 8);
-                }
-            }
+            // Little-endian samples: one for mono, three for RGB, four for BGRa.
+            const size_t sampleBytes = outDepth / 8;
+            for (size_t i = 0; i < outBytes / sampleBytes; ++i)
+                for (size_t byte = 0; byte < sampleBytes; ++byte)
+                    row[x * outBytes + i * sampleBytes + byte] =
+                        static_cast<uint8_t>(samples[i] >> (8 * byte));
         }
     }
     return result;

@@ -20,9 +20,7 @@ TEST(ViewerDataTypes, AreRegisteredUnderTheirNamesAndReadBackFromAVariant)
     const Variant descriptor{CompressionDescriptor({1, 2, 3})};
     EXPECT_EQ(descriptor.get<COWPtr<CompressionDescriptor>>(true)->getCompressionDescriptor(),
               (std::vector<uint8_t>{1, 2, 3}));
-    const Core::IValue* value = descriptor.get<Core::IValue>(true);
-    EXPECT_FALSE(value->hasError(false));
-    EXPECT_TRUE(CompressionDescriptor().getCompressionDescriptor().empty());
+    EXPECT_FALSE(descriptor.get<Core::IValue>(true)->hasError(false));
 }
 
 TEST(ViewerDataTypes, AGrabResultSharesItsBufferWithEveryCopyAndClone)
@@ -37,7 +35,6 @@ TEST(ViewerDataTypes, AGrabResultSharesItsBufferWithEveryCopyAndClone)
     EXPECT_EQ(clone.getBuffer(), buffer);
     EXPECT_EQ(clone.getBufferSize(), 12u);
     EXPECT_EQ(clone.getPayloadSize(), 10u);
-    EXPECT_TRUE(clone.grabSucceeded());
 
     const GrabResult withoutBuffer(description, nullptr);
     EXPECT_EQ(withoutBuffer.getBufferSize(), 0u);

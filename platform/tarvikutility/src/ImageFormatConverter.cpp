@@ -194,11 +194,6 @@ size_t CImageFormatConverter::GetBufferSizeForConversion(uint32_t width, uint32_
     return ComputeBufferSize(settings.outputPixelFormat, width, height, settings.outputPaddingX);
 }
 
-ImageFormatConverterSettings CImageFormatConverter::GetSettings() const
-{
-    return m_impl->settings.Snapshot();
-}
-
 GenApi::INodeMap* CImageFormatConverter::GetNodeMap()
 {
     std::call_once(m_impl->nodeMapBuilt,
@@ -213,16 +208,6 @@ GenApi::INodeMap* CImageFormatConverter::GetNodeMap()
     return m_impl->nodeMap._Ptr;
 }
 
-bool CImageFormatConverter::IsSupportedInputFormat(EPixelType type)
-{
-    return Conversion::DescribeSource(type).has_value();
-}
-
-bool CImageFormatConverter::IsSupportedOutputFormat(EPixelType type)
-{
-    return TargetKindOf(type).has_value();
-}
-
 void CConverterParameter::SetIntValue(int64_t value)
 {
     m_owner->m_impl->settings.Set(m_setting, value);
@@ -233,21 +218,6 @@ void CConverterParameter::SetIntValue(int64_t value)
 int64_t CConverterParameter::GetIntValue() const
 {
     return m_owner->m_impl->settings.Get(m_setting);
-}
-
-int64_t CConverterParameter::GetMin() const
-{
-    return Conversion::DescribeSetting(m_setting).minimum;
-}
-
-int64_t CConverterParameter::GetMax() const
-{
-    return Conversion::DescribeSetting(m_setting).maximum;
-}
-
-const char* CConverterParameter::GetName() const
-{
-    return Conversion::DescribeSetting(m_setting).name;
 }
 
 } // namespace Tarvik

@@ -32,10 +32,6 @@ public:
     // A value outside the setting's range or list raises OutOfRangeException.
     void SetIntValue(int64_t value);
     int64_t GetIntValue() const;
-    int64_t GetMin() const;
-    int64_t GetMax() const;
-    // The feature name in the converter's node map.
-    const char* GetName() const;
 
 protected:
     CConverterParameter(CImageFormatConverter& owner, EConverterSetting setting)

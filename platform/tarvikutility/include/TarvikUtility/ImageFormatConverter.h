@@ -93,9 +93,6 @@ public:
     // Bytes a target of the current output format and padding needs.
     size_t GetBufferSizeForConversion(uint32_t width, uint32_t height) const;
 
-    // Every setting as one value.
-    ImageFormatConverterSettings GetSettings() const;
-
     // The node map of the settings, with the features OutputPixelFormat,
     // OutputPaddingX, OutputOrientation, OutputBitAlignment,
     // InconvertibleEdgeHandling and MaxNumThreads under "Root". Built from the
@@ -103,9 +100,6 @@ public:
     // same settings as the typed members, so a write through it changes the next
     // conversion. Valid as long as the converter lives; guarded by a lock of its own.
     GenApi::INodeMap* GetNodeMap();
-
-    static bool IsSupportedInputFormat(EPixelType type);
-    static bool IsSupportedOutputFormat(EPixelType type);
 
 private:
     friend class CConverterParameter;

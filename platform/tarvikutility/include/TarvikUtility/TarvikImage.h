@@ -31,32 +31,13 @@ public:
     CTarvikImage& operator=(CTarvikImage&& other) noexcept;
     ~CTarvikImage();
 
-    // Gives the image a zero-filled buffer of its own for the given layout.
-    void ResetImage(EPixelType type, uint32_t width, uint32_t height, size_t paddingX = 0,
-                    EImageOrientation orientation = ImageOrientation_TopDown);
-
     // Uses `buffer` as the image's memory without a copy; the caller keeps it
     // alive as long as the image refers to it. A null buffer, an unknown type or
     // a buffer smaller than the layout needs raises InvalidArgumentException.
-    // `handler` is kept for the caller and never used by the image.
+    // `handler` belongs to the caller's bookkeeping; the image does not use it.
     void AttachUserBuffer(void* buffer, size_t bufferSize, EPixelType type, uint32_t width, uint32_t height,
                           size_t paddingX, EImageOrientation orientation = ImageOrientation_TopDown,
                           void* handler = nullptr);
-
-    // Drops the buffer and returns to the empty image.
-    void Release();
-
-    // A copy of the region `width` x `height` at (`left`, `top`), with no row
-    // padding. The region must lie inside the image (OutOfRangeException) and
-    // start on a whole pixel group of packed formats: an even column for two
-    // samples in three bytes and for YUV 4:2:2, a multiple of four for YUV 4:1:1
-    // (InvalidArgumentException). A Bayer region starting on an odd row or column
-    // gets the pixel type of its own first pixel, so its colours stay right.
-    CTarvikImage GetAoi(uint32_t left, uint32_t top, uint32_t width, uint32_t height) const;
-
-    // Relabels the bytes as another pixel type with the same size and padding;
-    // refuses an unknown type or one that needs more bytes than the buffer holds.
-    void ChangePixelType(EPixelType type);
 
     bool IsValid() const { return m_state.data != nullptr; }
     bool IsUserBufferAttached() const { return m_state.data != nullptr && !m_state.owned; }
@@ -73,7 +54,6 @@ public:
     size_t GetBufferSize() const { return m_state.bufferSize; }
     void* GetBuffer() { return m_state.data; }
     const void* GetBuffer() const { return m_state.data; }
-    void* GetUserBufferHandler() const { return m_state.handler; }
 
 private:
     struct AlignedFree
@@ -81,6 +61,9 @@ private:
         void operator()(uint8_t* memory) const;
     };
 
+    // Gives the image a zero-filled buffer of its own for the given layout.
+    void ResetImage(EPixelType type, uint32_t width, uint32_t height, size_t paddingX,
+                    EImageOrientation orientation);
     void CopyFrom(const CTarvikImage& other);
 
     // Everything but the owned memory, copied and moved as one.
@@ -94,7 +77,6 @@ private:
         uint32_t height = 0;
         size_t paddingX = 0;
         EImageOrientation orientation = ImageOrientation_TopDown;
-        void* handler = nullptr;
     };
 
     std::unique_ptr<uint8_t, AlignedFree> m_ownedBuffer;
