@@ -11,10 +11,10 @@
 // field near the largest signed 64-bit value), node (1: 0 SharpnessExtractor,
 // 1 Converter, 2 HistogramExtractor, modulo 3).
 #include "built_package.h"
+#include "claiming_image.h"
 #include "fuzz_support.h"
 #include "packageloader.h"
 
-#include <TarvikDataProcessingCore/core/IImage.h>
 #include <TarvikDataProcessingCore/core/MemorySettings.h>
 
 #include <TarvikBase/PixelType.h>
@@ -30,46 +30,6 @@ namespace
 {
 
 constexpr size_t headerSize = 14;
-
-// An image of the fuzzer's claims over bytes of exactly the fuzzer's length.
-class FuzzImage : public Core::IImage
-{
-public:
-    FuzzImage(Tarvik::EPixelType type, uint32_t width, uint32_t height, size_t paddingX,
-              std::vector<uint8_t> bytes)
-        : m_type(type)
-        , m_width(width)
-        , m_height(height)
-        , m_paddingX(paddingX)
-        , m_bytes(std::move(bytes))
-    {
-    }
-    bool hasError(bool) const override { return false; }
-    std::shared_ptr<Core::IError> getError(bool) const override { return nullptr; }
-    Tarvik::EPixelType getPixelType() const override { return m_type; }
-    uint32_t getWidth() const override { return m_width; }
-    uint32_t getHeight() const override { return m_height; }
-    size_t getImageSize() const override { return m_bytes.size(); }
-    Core::ImageDataView<const void> getImageData() const override { return {m_bytes.data(), m_paddingX}; }
-    Core::ImageDataView<void> getImageData() override { return {m_bytes.data(), m_paddingX}; }
-    Utils::TypeInfo getTypeInfo(bool mustExist) const override
-    {
-        return Utils::TypeInfo::get<FuzzImage>(mustExist);
-    }
-    const void* getRawPointer() const override { return this; }
-    void* getRawPointer() override { return this; }
-
-private:
-    Tarvik::EPixelType m_type;
-    uint32_t m_width;
-    uint32_t m_height;
-    size_t m_paddingX;
-    std::vector<uint8_t> m_bytes;
-};
-
-const Utils::TypeRegistrar<FuzzImage, Utils::DirectBase<Core::IImage>, Utils::IndirectBase<Core::IValue>,
-                           Utils::IndirectBase<Utils::IObject>>
-    fuzzImageType("FuzzImage");
 
 Tarvik::EPixelType pixelType(uint32_t selector)
 {
@@ -137,7 +97,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     nodes[which]->load(settings);
 
     Utils::Variant input;
-    input.setData(Utils::COWPtr<Core::IImage>(new FuzzImage(
+    input.setData(Utils::COWPtr<Core::IImage>(new NodeTestSupport::ClaimingImage(
         pixelType(selector), width, data[6], data[7], std::vector<uint8_t>(data + headerSize, data + size))));
     const auto update = std::make_shared<FuzzSupport::NullUpdate>();
     const Core::UpdateOutputs outputs = nodes[which]->run(update, {{"Image", input}});

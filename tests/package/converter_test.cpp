@@ -42,7 +42,7 @@ void expectOneCheckLine(const LogCapture& log, const std::string& message)
 
 } // namespace
 
-TEST_F(ConverterTest, Mono8BecomesANewMono8ImageAndTheInputPassesUnchanged)
+TEST_F(ConverterTest, ConvertsIntoANewImageAndPassesTheInputUnchanged)
 {
     const std::vector<uint8_t> pixels = {1, 2, 3, 4, 5, 6};
     const Utils::Variant input = imageVariant(Tarvik::PixelType_Mono8, 3, 2, 0, pixels);
@@ -53,6 +53,12 @@ TEST_F(ConverterTest, Mono8BecomesANewMono8ImageAndTheInputPassesUnchanged)
     EXPECT_NE(converted->getImageData().data, original->getImageData().data);
     EXPECT_EQ(converted->getPixelType(), Tarvik::PixelType_Mono8);
     EXPECT_EQ(bytesOf(*converted), pixels);
+
+    // Colour becomes BGRa8 with opaque alpha.
+    const auto rgb =
+        run({{"Image", imageVariant(Tarvik::PixelType_RGB8, 2, 1, 0, {10, 20, 30, 40, 50, 60})}});
+    EXPECT_EQ(bytesOf(*image(rgb, "ImageConverted")),
+              (std::vector<uint8_t>{30, 20, 10, 255, 60, 50, 40, 255}));
 }
 
 TEST_F(ConverterTest, ChoosesMono8ForMonoAndBgra8ForEverythingElse)
@@ -87,14 +93,6 @@ TEST_F(ConverterTest, ChoosesMono8ForMonoAndBgra8ForEverythingElse)
     }
 }
 
-TEST_F(ConverterTest, Rgb8BecomesBgra8WithOpaqueAlpha)
-{
-    const auto outputs =
-        run({{"Image", imageVariant(Tarvik::PixelType_RGB8, 2, 1, 0, {10, 20, 30, 40, 50, 60})}});
-    EXPECT_EQ(bytesOf(*image(outputs, "ImageConverted")),
-              (std::vector<uint8_t>{30, 20, 10, 255, 60, 50, 40, 255}));
-}
-
 TEST_F(ConverterTest, RefusesMissingInvalidForeignAndEmptyInputsWithOneLogLine)
 {
     const std::string noImage = "Input data does not contain an image or input data is not valid.";
@@ -113,7 +111,10 @@ TEST_F(ConverterTest, RefusesMissingInvalidForeignAndEmptyInputsWithOneLogLine)
     }
 }
 
-TEST_F(ConverterTest, HandsAnInputErrorOnToBothPinsWithoutALogLine)
+// An input's error reaches both pins as it is. The undefined type goes to BGRa8 and
+// is refused there; a Mono8 image that claims fewer bytes than its rows need is
+// refused as a short source.
+TEST_F(ConverterTest, InputErrorsAndConverterFailuresEndAsErrorValuesWithoutALogLine)
 {
     LogCapture log;
     auto error = std::make_shared<Core::InvalidValueError>("sensor fault", Utils::DateTime::now());
@@ -122,51 +123,33 @@ TEST_F(ConverterTest, HandsAnInputErrorOnToBothPinsWithoutALogLine)
     const auto outputs = run({{"Image", input}});
     for (const char* pin : {"Image", "ImageConverted"})
         EXPECT_EQ(image(outputs, pin)->getError(false), error) << pin;
+
+    const std::string prefix = "Could not convert image. Reason: ";
+    for (const auto& [type, size] :
+         {std::pair{Tarvik::PixelType_Undefined, 16}, std::pair{Tarvik::PixelType_Mono8, 3}})
+    {
+        const std::string failure = failureOf(run({{"Image", claimingImage(type, 2, 2, size)}}));
+        EXPECT_TRUE(failure.starts_with(prefix)) << failure;
+        EXPECT_GT(failure.size(), prefix.size());
+    }
     EXPECT_TRUE(log.entries().empty());
 }
 
-TEST_F(ConverterTest, FailuresOfTheFormatConverterEndAsErrorValuesWithoutALogLine)
+// The format converter's node map, with the choices the node makes hidden; a write
+// through it changes the next conversion.
+TEST_F(ConverterTest, PublishesTheFormatConvertersNodeMap)
 {
-    struct Case
-    {
-        Tarvik::EPixelType type;
-        size_t size;
-    };
-    // The undefined type goes to BGRA8 and is refused there; a Mono8 image that
-    // claims fewer bytes than its rows need is refused as a short source.
-    for (const Case c : {Case{Tarvik::PixelType_Undefined, 16}, Case{Tarvik::PixelType_Mono8, 3}})
-    {
-        LogCapture log;
-        const auto outputs = run({{"Image", claimingImage(c.type, 2, 2, c.size)}});
-        const std::string failure = failureOf(outputs);
-        EXPECT_TRUE(failure.starts_with("Could not convert image. Reason: ")) << failure;
-        EXPECT_GT(failure.size(), std::string("Could not convert image. Reason: ").size());
-        EXPECT_TRUE(log.entries().empty());
-    }
-}
-
-TEST_F(ConverterTest, PublishesTheFormatConvertersNodeMapWithTheNodesChoices)
-{
-    auto* const container = nodeMapContainer(*converter);
-    ASSERT_NE(container, nullptr);
-    const auto maps = container->getNodeMaps();
+    const auto maps = nodeMapContainer(*converter)->getNodeMaps();
     ASSERT_EQ(maps.size(), 1u);
     EXPECT_EQ(maps[0].first, "@ImageFormatConverter");
     GenApi::INodeMap* const nodeMap = maps[0].second;
-    ASSERT_NE(nodeMap, nullptr);
     EXPECT_EQ(nodeMap->GetNode("OutputPaddingX")->GetVisibility(), GenApi::Invisible);
     EXPECT_EQ(nodeMap->GetNode("InconvertibleEdgeHandling")->GetVisibility(), GenApi::Invisible);
     EXPECT_NE(nodeMap->GetNode("OutputBitAlignment")->GetVisibility(), GenApi::Invisible);
     EXPECT_NE(nodeMap->GetNode("OutputOrientation")->GetVisibility(), GenApi::Invisible);
     EXPECT_EQ(GenApi::CEnumerationPtr(nodeMap->GetNode("OutputBitAlignment"))->GetIntValue(), 1);
-}
 
-TEST_F(ConverterTest, AWriteThroughTheNodeMapChangesTheNextConversion)
-{
-    GenApi::INodeMap* const nodeMap = nodeMapContainer(*converter)->getNodeMaps()[0].second;
-    GenApi::CEnumerationPtr orientation(nodeMap->GetNode("OutputOrientation"));
     const auto input = imageVariant(Tarvik::PixelType_Mono8, 2, 2, 0, {1, 2, 3, 4});
-    EXPECT_EQ(bytesOf(*image(run({{"Image", input}}), "ImageConverted")), (std::vector<uint8_t>{1, 2, 3, 4}));
-    orientation->SetIntValue(1);
+    GenApi::CEnumerationPtr(nodeMap->GetNode("OutputOrientation"))->SetIntValue(1);
     EXPECT_EQ(bytesOf(*image(run({{"Image", input}}), "ImageConverted")), (std::vector<uint8_t>{3, 4, 1, 2}));
 }

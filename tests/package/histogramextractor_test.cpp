@@ -6,8 +6,6 @@
 #include <TarvikDataProcessingCore/core/IArray.h>
 #include <TarvikDataProcessingCore/core/ScalarValues.h>
 
-#include <TarvikUtility/ImageFormatConverter.h>
-
 #include <set>
 
 using namespace NodeTestSupport;
@@ -213,17 +211,11 @@ TEST_F(HistogramExtractorTest, PackedFormatsAreUnpackedWithTheirValuesAndPattern
     using namespace Tarvik;
     const PackedFormat formats[] = {
         {"Mono1p", PixelType_Mono1p, Packing::LsbStream, 1, false, Pattern::RG},
-        {"Mono2p", PixelType_Mono2p, Packing::LsbStream, 2, false, Pattern::RG},
-        {"Mono4p", PixelType_Mono4p, Packing::LsbStream, 4, false, Pattern::RG},
-        {"Mono10p", PixelType_Mono10p, Packing::LsbStream, 10, false, Pattern::RG},
         {"Mono12p", PixelType_Mono12p, Packing::LsbStream, 12, false, Pattern::RG},
         {"Mono10Packed", PixelType_Mono10Packed, Packing::GroupedMsb, 10, false, Pattern::RG},
-        {"Mono12Packed", PixelType_Mono12Packed, Packing::GroupedMsb, 12, false, Pattern::RG},
         {"BayerGR12Packed", PixelType_BayerGR12Packed, Packing::GroupedMsb, 12, true, Pattern::GR},
-        {"BayerBG12Packed", PixelType_BayerBG12Packed, Packing::GroupedMsb, 12, true, Pattern::BG},
         {"BayerRG10p", PixelType_BayerRG10p, Packing::LsbStream, 10, true, Pattern::RG},
         {"BayerGB10p", PixelType_BayerGB10p, Packing::LsbStream, 10, true, Pattern::GB},
-        {"BayerGR12p", PixelType_BayerGR12p, Packing::LsbStream, 12, true, Pattern::GR},
         {"BayerBG12p", PixelType_BayerBG12p, Packing::LsbStream, 12, true, Pattern::BG},
     };
     uint32_t seed = 10;
@@ -255,39 +247,13 @@ SampleGrid reordered(const SampleGrid& grid, std::vector<uint32_t> order)
 
 TEST_F(HistogramExtractorTest, OtherColourTypesAreConvertedWithTheirValues)
 {
-    // 10 bits in words through RGB16 into 1024 bins; alpha dropped.
+    // 10 bits in words through RGB16 into 1024 bins; 8 bits through RGB8, alpha dropped.
     const SampleGrid bgr10 = randomGrid(11, 5, 3, 1024, 20);
     expectColour(runOn(Tarvik::PixelType_BGR10, bgr10, Packing::Words, 10, 2),
                  referenceColor(bgr10, 1024, "BGR", false));
     const SampleGrid rgba = randomGrid(7, 6, 4, 256, 21);
     expectColour(runOn(Tarvik::PixelType_RGBa8, rgba, Packing::Bytes, 8, 1),
                  referenceColor(reordered(rgba, {0, 1, 2}), 256, "RGB", false));
-
-    // Planar: three planes of single samples, one after the other.
-    const SampleGrid planes = randomGrid(9, 3 * 4, 1, 4096, 22);
-    SampleGrid interleaved{9, 4, 3, {}};
-    for (uint32_t y = 0; y < 4; ++y)
-        for (uint32_t x = 0; x < 9; ++x)
-            for (uint32_t plane = 0; plane < 3; ++plane)
-                interleaved.samples.push_back(planes.at(x, plane * 4 + y));
-    const std::vector<uint8_t> planar = encode(planes, Packing::Words, 12, 2);
-    expectColour(run({{"Image", imageVariant(Tarvik::PixelType_RGB12_Planar, 9, 4, 2, planar)}}),
-                 referenceColor(interleaved, 4096, "RGB", false));
-}
-
-TEST_F(HistogramExtractorTest, YuvIsCountedAsItsRgb8Conversion)
-{
-    // The format converter decodes the chroma; the reference counts its result.
-    const SampleGrid yuv = randomGrid(10, 5, 2, 256, 30);
-    const std::vector<uint8_t> bytes = encode(yuv, Packing::Bytes, 8, 0);
-    Tarvik::CImageFormatConverter converter;
-    converter.OutputPixelFormat.SetValue(Tarvik::PixelType_RGB8);
-    std::vector<uint8_t> rgb(10 * 5 * 3);
-    converter.Convert(rgb.data(), rgb.size(), bytes.data(), bytes.size(), Tarvik::PixelType_YUV422_8_UYVY, 10,
-                      5, 0);
-    SampleGrid decoded{10, 5, 3, std::vector<uint16_t>(rgb.begin(), rgb.end())};
-    expectColour(run({{"Image", imageVariant(Tarvik::PixelType_YUV422_8_UYVY, 10, 5, 0, bytes)}}),
-                 referenceColor(decoded, 256, "RGB", false));
 }
 
 } // namespace

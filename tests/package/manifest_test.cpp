@@ -6,21 +6,11 @@
 #include <fstream>
 #include <sstream>
 
-namespace
-{
-
-std::string manifestText()
-{
-    return PackageLoader(builtPackagePath()).manifest();
-}
-
-} // namespace
-
 TEST(Manifest, MatchesTheReferenceByteForByte)
 {
     std::ifstream file(std::string(TESSAL_TEST_DATA_DIR) + "/package/manifest.json", std::ios::binary);
     ASSERT_TRUE(file);
     std::stringstream reference;
     reference << file.rdbuf();
-    EXPECT_EQ(manifestText(), reference.str());
+    EXPECT_EQ(PackageLoader(builtPackagePath()).manifest(), reference.str());
 }

@@ -111,4 +111,26 @@ TEST(PackagePins, DecompressorHintsDefaultToNothingKnown)
     EXPECT_EQ(inputs.at(5).defaultValue.get<Core::IInteger>(true)->getValue(), 0);
 }
 
+// The generic output takes over the configured type of the input, and IValue again without it.
+TEST(PackagePins, GenericOutputsFollowTheConfiguredInput)
+{
+    PackageLoader package{builtPackagePath()};
+    const auto integer = Utils::TypeInfo::get<Core::IInteger>(true);
+    for (const char* name : {"Decoupler", "Gate"})
+    {
+        SCOPED_TRACE(name);
+        const std::shared_ptr<Core::INode> node = package.createNode(name);
+        node->configureInputType("GenericInput", integer);
+        EXPECT_TRUE(node->isConfigured("GenericInput"));
+        ASSERT_EQ(node->getOutputDescriptors().size(), 1u);
+        EXPECT_EQ(node->getOutputDescriptors()[0].type, integer);
+        EXPECT_EQ(node->getOutputDescriptors()[0].description, "A generic output");
+        node->unconfigureInputType("GenericInput");
+        EXPECT_FALSE(node->isConfigured("GenericInput"));
+        EXPECT_EQ(node->getOutputDescriptors()[0].type, Utils::TypeInfo::get<Core::IValue>(true));
+        EXPECT_THROW(node->configureInputType("GenericOutput", integer), GenICam::InvalidArgumentException);
+        EXPECT_EQ(node->getOutputDescriptors().size(), 1u);
+    }
+}
+
 } // namespace

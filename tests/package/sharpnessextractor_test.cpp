@@ -135,18 +135,7 @@ TEST_F(SharpnessExtractorTest, PublishesTheAoiAsTessalAndKeepsItInTheSettings)
     EXPECT_EQ(saved->getInt("AoiHeight"), 9);
 }
 
-TEST_F(SharpnessExtractorTest, GivesNothingUntilTheAoiHasWidthAndHeight)
-{
-    const Utils::Variant image = imageVariant(Tarvik::PixelType_Mono8, 8, 8, 0, std::vector<uint8_t>(64, 1));
-    LogCapture log;
-    for (const Aoi& aoi : {Aoi{0, 0, 0, 0}, Aoi{1000, 0, 0, 100}, Aoi{-5, 1000, 100, 0}})
-    {
-        setAoi(aoi);
-        EXPECT_TRUE(run({{"Image", image}}).empty());
-    }
-    EXPECT_TRUE(log.entries().empty());
-}
-
+// An AOI without width or height is not set yet: no output and no log line.
 TEST_F(SharpnessExtractorTest, RefusedInputsAndAoisFailWithOneLogLine)
 {
     struct Case
@@ -161,6 +150,9 @@ TEST_F(SharpnessExtractorTest, RefusedInputsAndAoisFailWithOneLogLine)
     const std::string notValid = "AOI is not valid.";
     const std::string outside = "AOI is not in image boundaries.";
     const Case cases[] = {
+        {{0, 0, 0, 0}, {{"Image", image}}, ""},
+        {{1000, 0, 0, 100}, {{"Image", image}}, ""},
+        {{-5, 1000, 100, 0}, {{"Image", image}}, ""},
         {{0, 0, 5, 5}, {}, noImage},
         {{0, 0, 5, 5}, {{"Image", Utils::Variant()}}, noImage},
         {{0, 0, 5, 5},
@@ -182,7 +174,14 @@ TEST_F(SharpnessExtractorTest, RefusedInputsAndAoisFailWithOneLogLine)
         SCOPED_TRACE(c.message);
         setAoi(c.aoi);
         LogCapture log;
-        EXPECT_EQ(failureOf(run(c.inputs)), prefix + c.message);
+        const Core::ValueMap outputs = run(c.inputs);
+        if (c.message.empty())
+        {
+            EXPECT_TRUE(outputs.empty());
+            EXPECT_TRUE(log.entries().empty());
+            continue;
+        }
+        EXPECT_EQ(failureOf(outputs), prefix + c.message);
         expectOneCheckLine(log, "SharpnessExtractor",
                            "src/tessals/tarvikviewertessalspackage/sharpnessextractor.cpp", c.message);
     }
@@ -298,7 +297,6 @@ TEST_F(SharpnessExtractorTest, ColourBayerAndPackedMonoAreMeasuredOnTheirConvers
         {"BayerGB12", PixelType_BayerGB12, Packing::Words, 12, 1, PixelType_Mono8},
         {"Mono4p", PixelType_Mono4p, Packing::LsbStream, 4, 1, PixelType_Undefined},
         {"Mono12p", PixelType_Mono12p, Packing::LsbStream, 12, 1, PixelType_Undefined},
-        {"Mono10Packed", PixelType_Mono10Packed, Packing::GroupedMsb, 10, 1, PixelType_Undefined},
     };
     const Aoi aoi{3, 2, 20, 15};
     setAoi(aoi);
