@@ -1,7 +1,7 @@
-// The factory, counted references and typed views around the node maps.
+// From document to map: the factory and the counted references around a map,
+// the texts a map takes from the document, and refused texts that need no file
+// (the refused documents of tests/data/genicam are checked with the schema).
 #include "genapi_test_support.h"
-
-#include <gtest/gtest.h>
 
 using namespace GenApi;
 using GenApiTest::ErrorText;
@@ -58,7 +58,9 @@ TEST(NodeMapRef, TheLastReferenceOrAttachingAnotherMapDestroysTheMap)
     CNodeMapRef ref(CountedGateMap(destroyed));
     ref = CNodeMapFactory::CreateEmptyNodeMap();
     EXPECT_EQ(destroyed, 2);
-    EXPECT_EQ(ref._GetNode("Enable"), nullptr);
+    EXPECT_EQ(ref._GetNode("Enable"), nullptr) << "the empty map";
+    EXPECT_FALSE(ref._Connect(nullptr, "Device"));
+    EXPECT_FALSE(GenApiTest::IsLockedElsewhere(ref._Ptr->GetLock())) << "it has a free lock of its own";
     ref._Destroy();
     EXPECT_EQ(ref._Ptr, nullptr);
 }
@@ -71,7 +73,6 @@ TEST(NodeMapRef, ReferenceWithoutMapAndEmptyOrMistypedViewsRefuseUse)
               "AccessException: Feature not present (reference not valid)");
     EXPECT_EQ(ErrorText([&] { ref._Connect(nullptr, "Port"); }),
               "AccessException: Feature not present (reference not valid)");
-
     CIntegerPtr empty;
     EXPECT_FALSE(IsReadable(empty));
     EXPECT_EQ(ErrorText([&] { empty->GetValue(); }), "LogicalErrorException: NULL pointer dereferenced");
@@ -85,17 +86,6 @@ TEST(NodeMapRef, ReferenceWithoutMapAndEmptyOrMistypedViewsRefuseUse)
               "AccessException: [Root] cannot be written: a category has no value");
 }
 
-TEST(NodeMapFactory, EmptyMapHasNoNodesAndItsOwnFreeLock)
-{
-    CNodeMapRef ref(CNodeMapFactory::CreateEmptyNodeMap());
-    NodeList_t nodes;
-    ref._GetNodes(nodes);
-    EXPECT_TRUE(nodes.empty());
-    GenApiTest::CMemoryPort port;
-    EXPECT_FALSE(ref._Connect(&port, "Device"));
-    EXPECT_FALSE(GenApiTest::IsLockedElsewhere(ref._Ptr->GetLock()));
-}
-
 TEST(NodeMapFactory, EveryCreateBuildsAnIndependentMapUntilTheDocumentIsReleased)
 {
     const std::string text = GenApiTest::ReadDocument("signed_integer.xml");
@@ -106,28 +96,47 @@ TEST(NodeMapFactory, EveryCreateBuildsAnIndependentMapUntilTheDocumentIsReleased
     CNodeMapRef second(copy.CreateNodeMap("Second", true));
     EXPECT_EQ(first._GetDeviceName(), "First");
     EXPECT_EQ(CNodePtr(second._GetNode("Width"))->GetDeviceName(), "Second");
-
     CIntegerPtr(first._GetNode("Width"))->SetValue(32);
     EXPECT_EQ(CIntegerPtr(second._GetNode("Width"))->GetValue(), 640);
-
     EXPECT_EQ(ErrorText([&] { factory.CreateNodeMap(); }),
               "RuntimeException: Node map factory holds no register description")
         << "the copy released the document they share";
 }
 
-TEST(NodeMapFactory, ReadsFilesAndStringsButNoZippedContent)
+TEST(NodeMapDocument, TextsAreUnescaped)
 {
-    CNodeMapRef ref(CNodeMapFactory(ContentType_Xml, GenApiTest::DataPath("gate.xml")).CreateNodeMap());
-    EXPECT_NE(ref._GetNode("Enable"), nullptr);
-    EXPECT_THROW(CNodeMapFactory(ContentType_Xml, GenApiTest::DataPath("missing.xml")),
-                 GenICam::RuntimeException);
-    const std::string text = GenApiTest::ReadDocument("gate.xml");
-    CNodeMapRef fromString;
-    fromString._LoadXMLFromString(text.c_str());
-    EXPECT_NE(fromString._GetNode("Root"), nullptr);
-    CNodeMapFactory zipped(ContentType_ZippedXml, text.data(), text.size());
-    EXPECT_EQ(ErrorText([&] { zipped.CreateNodeMap(); }),
-              "RuntimeException: Node map factory reads plain XML only, not content type 1");
+    CNodeMapRef ref(GenApiTest::CreateMap(GenApiTest::Document(
+        "<Integer Name=\"Gain\"><ToolTip>Gain &lt; 10 &amp; &#x263A;</ToolTip>"
+        "<Description><![CDATA[raw <text> & more]]></Description><Value>3</Value></Integer>\n")));
+    INode* gain = ref._GetNode("Gain");
+    EXPECT_EQ(gain->GetToolTip(), "Gain < 10 & \xE2\x98\xBA");
+    EXPECT_EQ(gain->GetDescription(), "raw <text> & more");
+}
+
+// Refusals that need no file: the text itself is the point.
+TEST(NodeMapRefusedText, EmptyTextBytesThatAreNoXmlCharactersAndCircles)
+{
+    const std::string gate = GenApiTest::ReadDocument("gate.xml");
+    std::string withNul = gate;
+    withNul.insert(withNul.find("<Category"), std::string(1, '\0'));
+    std::string withLatin1 = gate;
+    withLatin1.insert(withLatin1.find("data</ToolTip>"), "\xE9");
+    const std::pair<std::string, const char*> cases[] = {
+        {"", "RuntimeException: Register description is not well-formed XML: it has no root element"},
+        {withNul,
+         "RuntimeException: Register description is not well-formed XML: character U+0000 at line 47 is "
+         "not allowed in XML"},
+        {withLatin1,
+         "RuntimeException: Register description is not well-formed XML: byte 0xE9 at line 5 starts "
+         "an invalid UTF-8 sequence"},
+        {gate + "trailing",
+         "RuntimeException: Register description is not well-formed XML: text outside the root element"},
+        {GenApiTest::Document(
+             "<Integer Name=\"Gain\"><pIsLocked>Gain</pIsLocked><Value>3</Value></Integer>\n"),
+         "PropertyException: [Gain] depends on itself: Gain -> Gain"},
+    };
+    for (const auto& [text, error] : cases)
+        EXPECT_EQ(ErrorText([&] { CNodeMapRef ref(GenApiTest::CreateMap(text)); }), error);
 }
 
 } // namespace
