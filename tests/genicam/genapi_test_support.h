@@ -13,6 +13,7 @@
 #include <functional>
 #include <map>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
@@ -75,7 +76,9 @@ inline std::string ErrorText(const std::function<void()>& action)
 }
 
 // A register space of a fixed size in memory. Accesses outside it throw, so a
-// wrong address in the runtime shows as a failure, not as a silent zero.
+// wrong address in the runtime shows as a failure, not as a silent zero. With
+// failReads every read fails as a device that is gone would; with splitWrites a
+// write arrives in two halves, so that an unguarded reader would see it torn.
 class CMemoryPort : public GenApi::CPortImpl
 {
 public:
@@ -88,6 +91,8 @@ public:
 
     void Read(void* pBuffer, int64_t Address, int64_t Length) override
     {
+        if (failReads)
+            throw std::runtime_error("device gone");
         Check(Address, Length);
         std::memcpy(pBuffer, m_bytes.data() + Address, static_cast<size_t>(Length));
     }
@@ -95,7 +100,11 @@ public:
     void Write(const void* pBuffer, int64_t Address, int64_t Length) override
     {
         Check(Address, Length);
-        std::memcpy(m_bytes.data() + Address, pBuffer, static_cast<size_t>(Length));
+        const int64_t first = splitWrites ? Length / 2 : Length;
+        std::memcpy(m_bytes.data() + Address, pBuffer, static_cast<size_t>(first));
+        std::this_thread::yield();
+        std::memcpy(m_bytes.data() + Address + first, static_cast<const uint8_t*>(pBuffer) + first,
+                    static_cast<size_t>(Length - first));
     }
 
     template <class T>
@@ -112,13 +121,9 @@ public:
         return value;
     }
 
-    // The Port node the map handed over, for tests of the connection.
-    GenApi::INode* PortNode() const
-    {
-        return m_ptrPort.IsValid() ? static_cast<GenApi::INode*>(m_ptrPort) : nullptr;
-    }
-
     GenApi::EAccessMode accessMode = GenApi::RW;
+    bool failReads = false;
+    bool splitWrites = false;
 
 private:
     void Check(int64_t address, int64_t length) const

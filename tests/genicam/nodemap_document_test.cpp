@@ -3,61 +3,45 @@
 // (the refused documents of tests/data/genicam are checked with the schema).
 #include "genapi_test_support.h"
 
+#include <memory>
+
 using namespace GenApi;
 using GenApiTest::ErrorText;
 
 namespace
 {
 
-// A callback that counts its destruction: the node destroys it with the map.
-class CDestroyCounter final : public CNodeCallback
-{
-public:
-    CDestroyCounter(INode* node, int& destroyed)
-        : CNodeCallback(node, cbPostInsideLock)
-        , m_destroyed(destroyed)
-    {
-    }
-    void operator()(ECallbackType) const override {}
-    void Destroy() override
-    {
-        ++m_destroyed;
-        delete this;
-    }
-
-private:
-    int& m_destroyed;
-};
-
-// A map of gate.xml whose destruction counts into `destroyed`.
-INodeMap* CountedGateMap(int& destroyed)
+// A map of gate.xml whose end `watch` sees: a callback of the map holds the only owner.
+INodeMap* WatchedGateMap(std::weak_ptr<int>& watch)
 {
     INodeMap* map = GenApiTest::CreateMap(GenApiTest::ReadDocument("gate.xml"));
-    INode* enable = map->GetNode("Enable");
-    enable->RegisterCallback(new CDestroyCounter(enable, destroyed));
+    auto owner = std::make_shared<int>();
+    watch = owner;
+    Register(map->GetNode("Enable"), [owner](INode*) {});
     return map;
 }
 
 TEST(NodeMapRef, TheLastReferenceOrAttachingAnotherMapDestroysTheMap)
 {
-    int destroyed = 0;
+    std::weak_ptr<int> first;
+    std::weak_ptr<int> second;
     auto copy = std::make_unique<CNodeMapRef>();
     {
         CNodeMapRef ref;
-        ref = CountedGateMap(destroyed);
+        ref = WatchedGateMap(first);
         *copy = ref;
         CNodeMapRef third(*copy);
         third = third; // self-assignment keeps the count
         EXPECT_EQ(third._Ptr, ref._Ptr);
     }
-    EXPECT_EQ(destroyed, 0) << "one reference is left";
+    EXPECT_FALSE(first.expired()) << "one reference is left";
     EXPECT_NE(copy->_GetNode("Enable"), nullptr);
     copy.reset();
-    EXPECT_EQ(destroyed, 1);
+    EXPECT_TRUE(first.expired());
 
-    CNodeMapRef ref(CountedGateMap(destroyed));
+    CNodeMapRef ref(WatchedGateMap(second));
     ref = CNodeMapFactory::CreateEmptyNodeMap();
-    EXPECT_EQ(destroyed, 2);
+    EXPECT_TRUE(second.expired());
     EXPECT_EQ(ref._GetNode("Enable"), nullptr) << "the empty map";
     EXPECT_FALSE(ref._Connect(nullptr, "Device"));
     EXPECT_FALSE(GenApiTest::IsLockedElsewhere(ref._Ptr->GetLock())) << "it has a free lock of its own";
