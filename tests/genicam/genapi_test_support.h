@@ -1,15 +1,19 @@
-// Test tools for the GenApi runtime: a port that keeps its registers in memory
-// and counts accesses, loading of documents from tests/data/genicam, and the
-// text of the exception an access throws.
+// Test tools for the GenApi runtime: a port that keeps its registers in memory,
+// the documents of tests/data/genicam and documents made on the spot, a fixture
+// that loads one of them, and the text of the exception an access throws.
 #pragma once
 
 #include <GenApi/GenApi.h>
+
+#include <gtest/gtest.h>
 
 #include <cstdint>
 #include <cstring>
 #include <fstream>
 #include <functional>
+#include <map>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
@@ -28,6 +32,23 @@ inline std::string ReadDocument(const std::string& name)
     std::stringstream text;
     text << file.rdbuf();
     return text.str();
+}
+
+// A document of the given nodes, with the head of the reference documents and a port "Device".
+inline std::string Document(const std::string& nodes)
+{
+    const std::string gate = ReadDocument("gate.xml");
+    return gate.substr(0, gate.find("\n\n") + 1) + nodes +
+           "<Port Name=\"Device\"/>\n</RegisterDescription>\n";
+}
+
+// A signed NoCache register of the port "Device".
+inline std::string IntReg(const std::string& name, int address, int length = 8)
+{
+    return "<IntReg Name=\"" + name + "\"><Address>" + std::to_string(address) + "</Address><Length>" +
+           std::to_string(length) +
+           "</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
+           "<Cachable>NoCache</Cachable><Sign>Signed</Sign><Endianess>LittleEndian</Endianess></IntReg>\n";
 }
 
 // Builds a map from a document text the way the adapter does: from memory,
@@ -55,7 +76,9 @@ inline std::string ErrorText(const std::function<void()>& action)
 }
 
 // A register space of a fixed size in memory. Accesses outside it throw, so a
-// wrong address in the runtime shows as a failure, not as a silent zero.
+// wrong address in the runtime shows as a failure, not as a silent zero. With
+// failReads every read fails as a device that is gone would; with splitWrites a
+// write arrives in two halves, so that an unguarded reader would see it torn.
 class CMemoryPort : public GenApi::CPortImpl
 {
 public:
@@ -68,43 +91,39 @@ public:
 
     void Read(void* pBuffer, int64_t Address, int64_t Length) override
     {
+        if (failReads)
+            throw std::runtime_error("device gone");
         Check(Address, Length);
-        ++reads;
-        if (onRead)
-            onRead(Address);
         std::memcpy(pBuffer, m_bytes.data() + Address, static_cast<size_t>(Length));
     }
 
     void Write(const void* pBuffer, int64_t Address, int64_t Length) override
     {
         Check(Address, Length);
-        std::memcpy(m_bytes.data() + Address, pBuffer, static_cast<size_t>(Length));
+        const int64_t first = splitWrites ? Length / 2 : Length;
+        std::memcpy(m_bytes.data() + Address, pBuffer, static_cast<size_t>(first));
+        std::this_thread::yield();
+        std::memcpy(m_bytes.data() + Address + first, static_cast<const uint8_t*>(pBuffer) + first,
+                    static_cast<size_t>(Length - first));
     }
 
     template <class T>
     void Poke(int64_t address, T value)
     {
-        Check(address, sizeof value);
-        std::memcpy(m_bytes.data() + address, &value, sizeof value);
+        Write(&value, address, sizeof value);
     }
 
     template <class T>
-    T Peek(int64_t address) const
+    T Peek(int64_t address)
     {
         T value{};
-        std::memcpy(&value, m_bytes.data() + address, sizeof value);
+        Read(&value, address, sizeof value);
         return value;
     }
 
-    // The Port node the map handed over, for tests of the connection.
-    GenApi::INode* PortNode() const
-    {
-        return m_ptrPort.IsValid() ? static_cast<GenApi::INode*>(m_ptrPort) : nullptr;
-    }
-
     GenApi::EAccessMode accessMode = GenApi::RW;
-    int reads = 0;
-    std::function<void(int64_t)> onRead;
+    bool failReads = false;
+    bool splitWrites = false;
 
 private:
     void Check(int64_t address, int64_t length) const
@@ -132,11 +151,26 @@ inline bool IsLockedElsewhere(GenApi::CLock& lock)
     return taken;
 }
 
-// Counts the callback runs of one node.
-struct CCallCounter
+// A map of one document under the test's lock, with `port` connected.
+class CMapTest : public ::testing::Test
 {
-    void OnChanged(GenApi::INode* /*node*/) { ++calls; }
-    int calls = 0;
+protected:
+    void Load(const std::string& text, const char* portName = "Device")
+    {
+        ref = CreateMap(text, &lock);
+        ASSERT_TRUE(ref._Connect(&port, portName));
+    }
+
+    // Counts the callback runs of the node `name` into calls[name].
+    void Count(const char* name)
+    {
+        GenApi::Register(ref._GetNode(name), [this, name](GenApi::INode*) { ++calls[name]; });
+    }
+
+    GenApi::CLock lock;
+    GenApi::CNodeMapRef ref;
+    CMemoryPort port;
+    std::map<std::string, int> calls;
 };
 
 } // namespace GenApiTest

@@ -28,5 +28,4 @@
 #include <GenApi/NodeMapRef.h>
 #include <GenApi/Pointer.h>
 #include <GenApi/PortImpl.h>
-#include <GenApi/PortWriteList.h>
 #include <GenApi/Types.h>

@@ -36,9 +36,6 @@ public:
     virtual EDisplayNotation GetDisplayNotation() const = 0;
     virtual int64_t GetDisplayPrecision() const = 0;
 
-    virtual void ImposeMin(double Value) = 0;
-    virtual void ImposeMax(double Value) = 0;
-
     IFloat& operator=(double Value)
     {
         SetValue(Value);

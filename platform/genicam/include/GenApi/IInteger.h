@@ -33,10 +33,6 @@ public:
     virtual ERepresentation GetRepresentation() const = 0;
     virtual GenICam::gcstring GetUnit() const = 0;
 
-    // Narrows the limits on the client side; the document's limits still apply.
-    virtual void ImposeMin(int64_t Value) = 0;
-    virtual void ImposeMax(int64_t Value) = 0;
-
     IInteger& operator=(int64_t Value)
     {
         SetValue(Value);

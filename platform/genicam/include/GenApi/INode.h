@@ -38,8 +38,6 @@ public:
     virtual EVisibility GetVisibility() const = 0;
     // Makes the node at most as visible as Visibility; a less strict value changes nothing.
     virtual void ImposeVisibility(EVisibility Visibility) = 0;
-    // Makes the node at most as accessible as AccessMode (RO removes writing, NA everything).
-    virtual void ImposeAccessMode(EAccessMode AccessMode) = 0;
 
     // Forgets every cached value of this node and of all nodes that depend on
     // it, and runs their callbacks.

@@ -3,7 +3,7 @@
 // it depends on.
 //
 //     CallbackHandleType handle = Register(node, [&](INode* changed) { ... });
-//     Register(node, client, &Client::OnChanged, cbPostOutsideLock);
+//     Register(node, [&](INode*) { ... }, cbPostOutsideLock);
 //     Deregister(handle);
 //
 // The node owns a registered callback and destroys it when it is deregistered
@@ -19,7 +19,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <type_traits>
 #include <utility>
 
 namespace GenApi
@@ -72,30 +71,6 @@ private:
     Function m_function;
 };
 
-// A callback around a member function of a client object that outlives the registration.
-template <class Client, class Member>
-class Member_NodeCallback final : public CNodeCallback
-{
-public:
-    Member_NodeCallback(INode* pNode, Client& client, Member member, ECallbackType CallbackType)
-        : CNodeCallback(pNode, CallbackType)
-        , m_client(client)
-        , m_member(member)
-    {
-    }
-
-    void operator()(ECallbackType CallbackType) const override
-    {
-        if (CallbackType == m_CallbackType)
-            (m_client.*m_member)(m_pNode);
-    }
-    void Destroy() override { delete this; }
-
-private:
-    Client& m_client;
-    Member m_member;
-};
-
 // Registers a callable f(INode*) on pNode. Throws InvalidArgumentException for a null node.
 template <class Function>
 CallbackHandleType Register(INode* pNode, Function function, ECallbackType CallbackType = cbPostInsideLock)
@@ -106,20 +81,6 @@ CallbackHandleType Register(INode* pNode, Function function, ECallbackType Callb
         new Function_NodeCallback<Function>(pNode, std::move(function), CallbackType));
     const CallbackHandleType handle = pNode->RegisterCallback(callback.get());
     callback.release(); // the node owns it now
-    return handle;
-}
-
-// Registers client.*member(INode*) on pNode.
-template <class Client, class Member>
-requires std::is_member_function_pointer_v<Member> CallbackHandleType
-Register(INode* pNode, Client& client, Member member, ECallbackType CallbackType = cbPostInsideLock)
-{
-    if (pNode == nullptr)
-        throw INVALID_ARGUMENT_EXCEPTION("Cannot register a callback on a null node");
-    std::unique_ptr<CNodeCallback> callback(
-        new Member_NodeCallback<Client, Member>(pNode, client, member, CallbackType));
-    const CallbackHandleType handle = pNode->RegisterCallback(callback.get());
-    callback.release();
     return handle;
 }
 

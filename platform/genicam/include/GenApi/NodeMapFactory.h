@@ -7,9 +7,10 @@
 //     ref = factory.CreateNodeMap(lock, "Device", true);
 //
 // Node classes: Category, Integer, IntReg, Boolean, Enumeration with EnumEntry,
-// Float, FloatReg and Port, with Group elements flattened. A document with
-// another node class (Command, String, SwissKnife ...) is refused, as is an
-// element a node class of this runtime does not read.
+// Float, FloatReg and Port. A document with another node class (Command,
+// String, SwissKnife, Group ...) is refused, as is an element a node class of
+// this runtime does not read. The document comes from memory only: the node
+// maps of this system are generated, not read from files.
 //
 // A document that is not well-formed XML, is not a register description of
 // schema version 1.1, names a node that does not exist, holds two nodes of one
@@ -37,9 +38,6 @@ class GENAPI_API CNodeMapFactory
 public:
     // A factory without a document; CreateNodeMap on it throws.
     CNodeMapFactory();
-    // Reads the document from a file at once; a file that cannot be read throws.
-    CNodeMapFactory(EContentType_t ContentType, const GenICam::gcstring& FileName,
-                    ECacheUsage_t CacheUsage = CacheUsage_Automatic, bool SuppressStringsOnLoad = false);
     // Copies DataSize bytes of the document from memory.
     CNodeMapFactory(EContentType_t ContentType, const void* pData, size_t DataSize,
                     ECacheUsage_t CacheUsage = CacheUsage_Automatic, bool SuppressStringsOnLoad = false);

@@ -84,17 +84,6 @@ public:
     // Drops this reference's share; the map goes if it was the last.
     void _Destroy() { Release(); }
 
-    void _LoadXMLFromFile(const GenICam::gcstring& FileName)
-    {
-        CNodeMapFactory factory(ContentType_Xml, FileName);
-        *this = factory.CreateNodeMap(_DeviceName);
-    }
-    void _LoadXMLFromString(const GenICam::gcstring& XmlText)
-    {
-        CNodeMapFactory factory(ContentType_Xml, XmlText.c_str(), XmlText.length());
-        *this = factory.CreateNodeMap(_DeviceName);
-    }
-
     GenICam::gcstring _GetDeviceName() const { return _DeviceName; }
     void _Poll(int64_t ElapsedTime) const { Map()->Poll(ElapsedTime); }
     void _GetNodes(NodeList_t& Nodes) const { Map()->GetNodes(Nodes); }

@@ -33,12 +33,12 @@ void CBooleanNode::Verify() const
         throw PROPERTY_EXCEPTION("[%s] OnValue and OffValue are both %" PRId64, Name().c_str(), m_onValue);
 }
 
-bool CBooleanNode::Read(bool ignoreCache) const
+bool CBooleanNode::Read() const
 {
     RequireReadable();
     if (m_pointer.Pointer() == nullptr)
-        return m_constant.Get(ignoreCache);
-    const int64_t value = m_pointer.Get(ignoreCache);
+        return m_constant.Get();
+    const int64_t value = m_pointer.Get();
     if (value == m_onValue)
         return true;
     if (value == m_offValue)
@@ -70,14 +70,14 @@ void CBooleanNode::SetValue(bool Value, bool Verify)
     m_map.Access([&] { Write(Value, Verify); });
 }
 
-bool CBooleanNode::GetValue(bool /*Verify*/, bool IgnoreCache) const
+bool CBooleanNode::GetValue(bool /*Verify*/, bool /*IgnoreCache*/) const
 {
-    return m_map.Access([&] { return Read(IgnoreCache); });
+    return m_map.Access([&] { return Read(); });
 }
 
-GenICam::gcstring CBooleanNode::ValueToString(bool /*verify*/, bool ignoreCache)
+GenICam::gcstring CBooleanNode::ValueToString(bool /*verify*/)
 {
-    return Read(ignoreCache) ? "true" : "false";
+    return Read() ? "true" : "false";
 }
 
 void CBooleanNode::ValueFromString(const GenICam::gcstring& text, bool verify)

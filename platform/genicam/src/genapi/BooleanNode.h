@@ -30,13 +30,13 @@ public:
     int64_t IntegerMax() const override { return 1; }
 
 protected:
-    int64_t ReadNumber(bool ignoreCache) const override { return Read(ignoreCache) ? 1 : 0; }
+    int64_t ReadNumber() const override { return Read() ? 1 : 0; }
     void WriteNumber(int64_t value, bool verify) override;
-    GenICam::gcstring ValueToString(bool verify, bool ignoreCache) override;
+    GenICam::gcstring ValueToString(bool verify) override;
     void ValueFromString(const GenICam::gcstring& text, bool verify) override;
 
 private:
-    bool Read(bool ignoreCache) const;
+    bool Read() const;
     void Write(bool value, bool verify);
 
     // Value holds the constant, pValue the integer node compared to OnValue and OffValue.

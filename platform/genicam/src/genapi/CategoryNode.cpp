@@ -35,7 +35,7 @@ void CCategoryNode::GetFeatures(FeatureList_t& Features) const
         });
 }
 
-GenICam::gcstring CCategoryNode::ValueToString(bool /*verify*/, bool /*ignoreCache*/)
+GenICam::gcstring CCategoryNode::ValueToString(bool /*verify*/)
 {
     RequireReadable();
     return GenICam::gcstring();

@@ -23,7 +23,7 @@ public:
 
 protected:
     EAccessMode OwnAccessMode(EIntent /*intent*/) const override { return RO; }
-    GenICam::gcstring ValueToString(bool verify, bool ignoreCache) override;
+    GenICam::gcstring ValueToString(bool verify) override;
     void ValueFromString(const GenICam::gcstring& text, bool verify) override;
 
 private:

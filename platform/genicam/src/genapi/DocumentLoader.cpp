@@ -139,25 +139,14 @@ private:
                                     root.attribute("SchemaMinorVersion").value());
     }
 
-    // The top-level nodes, with Groups flattened; nested nodes come through AddNestedNode.
+    // The top-level nodes; nested nodes come through AddNestedNode.
     void LoadNodes(pugi::xml_node root)
     {
-        std::vector<pugi::xml_node> pending;
-        for (pugi::xml_node child = root.last_child(); child; child = child.previous_sibling())
-            pending.push_back(child);
-        while (!pending.empty())
+        for (const pugi::xml_node element : root.children())
         {
-            const pugi::xml_node element = pending.back();
-            pending.pop_back();
             if (element.type() != pugi::node_element)
                 throw RUNTIME_EXCEPTION("Register description holds text between its nodes at line %zu",
-                                        LineOf(element.parent()));
-            if (std::strcmp(element.name(), "Group") == 0)
-            {
-                for (pugi::xml_node child = element.last_child(); child; child = child.previous_sibling())
-                    pending.push_back(child);
-                continue;
-            }
+                                        LineOf(root));
             const char* name = element.attribute("Name").value();
             if (!IsNodeName(name))
                 throw PROPERTY_EXCEPTION("Element '%s' at line %zu has no valid Name, but '%s'",

@@ -33,7 +33,7 @@ bool CEnumEntryNode::IsAvailableNow() const
     return IsAvailable(AccessMode(EIntent::Read));
 }
 
-GenICam::gcstring CEnumEntryNode::ValueToString(bool /*verify*/, bool /*ignoreCache*/)
+GenICam::gcstring CEnumEntryNode::ValueToString(bool /*verify*/)
 {
     return m_symbolic;
 }

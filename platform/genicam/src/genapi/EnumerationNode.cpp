@@ -74,10 +74,10 @@ CEnumEntryNode* CEnumerationNode::EntryByValue(int64_t value) const
     return nullptr;
 }
 
-int64_t CEnumerationNode::Read(bool verify, bool ignoreCache) const
+int64_t CEnumerationNode::Read(bool verify) const
 {
     RequireReadable();
-    const int64_t value = m_value.Get(ignoreCache);
+    const int64_t value = m_value.Get();
     if (verify && EntryByValue(value) == nullptr)
         throw OUT_OF_RANGE_EXCEPTION("[%s] value %" PRId64 " is the value of no entry", Name().c_str(),
                                      value);
@@ -123,9 +123,9 @@ void CEnumerationNode::SetIntValue(int64_t Value, bool Verify)
     m_map.Access([&] { WriteNumber(Value, Verify); });
 }
 
-int64_t CEnumerationNode::GetIntValue(bool Verify, bool IgnoreCache)
+int64_t CEnumerationNode::GetIntValue(bool Verify, bool /*IgnoreCache*/)
 {
-    return m_map.Access([&] { return Read(Verify, IgnoreCache); });
+    return m_map.Access([&] { return Read(Verify); });
 }
 
 IEnumEntry* CEnumerationNode::GetEntryByName(const GenICam::gcstring& Symbolic)
@@ -138,14 +138,14 @@ IEnumEntry* CEnumerationNode::GetEntry(int64_t IntValue)
     return m_map.Access([&]() -> IEnumEntry* { return EntryByValue(IntValue); });
 }
 
-IEnumEntry* CEnumerationNode::GetCurrentEntry(bool Verify, bool IgnoreCache)
+IEnumEntry* CEnumerationNode::GetCurrentEntry(bool Verify, bool /*IgnoreCache*/)
 {
-    return m_map.Access([&]() -> IEnumEntry* { return EntryByValue(Read(Verify, IgnoreCache)); });
+    return m_map.Access([&]() -> IEnumEntry* { return EntryByValue(Read(Verify)); });
 }
 
-GenICam::gcstring CEnumerationNode::ValueToString(bool verify, bool ignoreCache)
+GenICam::gcstring CEnumerationNode::ValueToString(bool verify)
 {
-    const int64_t value = Read(verify, ignoreCache);
+    const int64_t value = Read(verify);
     const CEnumEntryNode* entry = EntryByValue(value);
     if (entry == nullptr)
         throw OUT_OF_RANGE_EXCEPTION("[%s] value %" PRId64 " is the value of no entry", Name().c_str(),

@@ -35,15 +35,15 @@ public:
     void Verify() const override;
 
 protected:
-    int64_t ReadNumber(bool ignoreCache) const override { return Read(false, ignoreCache); }
+    int64_t ReadNumber() const override { return Read(false); }
     void WriteNumber(int64_t value, bool verify) override;
-    GenICam::gcstring ValueToString(bool verify, bool ignoreCache) override;
+    GenICam::gcstring ValueToString(bool verify) override;
     void ValueFromString(const GenICam::gcstring& text, bool verify) override;
 
 private:
     CEnumEntryNode* EntryBySymbolic(const GenICam::gcstring& symbolic) const;
     CEnumEntryNode* EntryByValue(int64_t value) const;
-    int64_t Read(bool verify, bool ignoreCache) const;
+    int64_t Read(bool verify) const;
 
     CValueOrPointer<int64_t> m_value;
     std::vector<CEnumEntryNode*> m_entries;

@@ -13,22 +13,22 @@ void CFloatRegNode::Load(CElementReader& reader)
     LoadDisplay(reader);
 }
 
-double CFloatRegNode::OwnMin() const
+double CFloatRegNode::Min() const
 {
     return Length() == 4 ? -std::numeric_limits<float>::max() : std::numeric_limits<double>::lowest();
 }
 
-double CFloatRegNode::OwnMax() const
+double CFloatRegNode::Max() const
 {
     return Length() == 4 ? std::numeric_limits<float>::max() : std::numeric_limits<double>::max();
 }
 
 // The bytes least significant first are the host's float layout on the
 // little-endian machines this runtime serves.
-double CFloatRegNode::Fetch(bool ignoreCache) const
+double CFloatRegNode::Fetch() const
 {
     uint8_t bytes[8];
-    ReadLittleEndian(bytes, ignoreCache);
+    ReadBytes(bytes);
     if (Length() == 4)
     {
         float single = 0.0f;
@@ -56,7 +56,7 @@ void CFloatRegNode::Store(double value, bool /*verify*/)
     {
         std::memcpy(bytes, &value, sizeof value);
     }
-    WriteLittleEndian(bytes);
+    WriteBytes(bytes);
 }
 
 } // namespace GenApi::Detail

@@ -19,10 +19,10 @@ public:
 protected:
     bool IsValidLength(int64_t length) const override { return length == 4 || length == 8; }
     const char* ValidLengths() const override { return "4 or 8"; }
-    double Fetch(bool ignoreCache) const override;
+    double Fetch() const override;
     void Store(double value, bool verify) override;
-    double OwnMin() const override;
-    double OwnMax() const override;
+    double Min() const override;
+    double Max() const override;
     bool HasIncrement() const override { return false; }
     double Increment() const override { return 0.0; }
 };

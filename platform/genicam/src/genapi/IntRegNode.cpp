@@ -14,13 +14,13 @@ void CIntRegNode::Load(CElementReader& reader)
     LoadDisplay(reader);
 }
 
-int64_t CIntRegNode::OwnMin() const
+int64_t CIntRegNode::Min() const
 {
     const int bits = static_cast<int>(Length()) * 8;
     return !m_signed ? 0 : bits == 64 ? std::numeric_limits<int64_t>::min() : -(int64_t{1} << (bits - 1));
 }
 
-int64_t CIntRegNode::OwnMax() const
+int64_t CIntRegNode::Max() const
 {
     const int bits = static_cast<int>(Length()) * 8;
     // An unsigned register of 8 bytes can hold more than int64_t; its reachable part ends here.
@@ -29,10 +29,10 @@ int64_t CIntRegNode::OwnMax() const
                       : (int64_t{1} << bits) - 1;
 }
 
-int64_t CIntRegNode::Fetch(bool ignoreCache) const
+int64_t CIntRegNode::Fetch() const
 {
     uint8_t bytes[8];
-    ReadLittleEndian(bytes, ignoreCache);
+    ReadBytes(bytes);
     const size_t length = static_cast<size_t>(Length());
     uint64_t raw = 0;
     for (size_t i = length; i-- > 0;)
@@ -49,7 +49,7 @@ void CIntRegNode::Store(int64_t value, bool /*verify*/)
     uint64_t raw = static_cast<uint64_t>(value);
     for (size_t i = 0; i < static_cast<size_t>(Length()); ++i, raw >>= 8)
         bytes[i] = static_cast<uint8_t>(raw);
-    WriteLittleEndian(bytes);
+    WriteBytes(bytes);
 }
 
 } // namespace GenApi::Detail

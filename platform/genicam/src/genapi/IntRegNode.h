@@ -19,10 +19,10 @@ public:
 protected:
     bool IsValidLength(int64_t length) const override { return length >= 1 && length <= 8; }
     const char* ValidLengths() const override { return "between 1 and 8"; }
-    int64_t Fetch(bool ignoreCache) const override;
+    int64_t Fetch() const override;
     void Store(int64_t value, bool verify) override;
-    int64_t OwnMin() const override;
-    int64_t OwnMax() const override;
+    int64_t Min() const override;
+    int64_t Max() const override;
     bool HasIncrement() const override { return true; }
     int64_t Increment() const override { return 1; }
 

@@ -41,8 +41,6 @@ void CNode::Load(CElementReader& reader)
                 {{"Beginner", Beginner}, {"Expert", Expert}, {"Guru", Guru}, {"Invisible", Invisible}})
             .value_or(Beginner);
     m_streamable = reader.Word<bool>("Streamable", {{"Yes", true}, {"No", false}}).value_or(false);
-    m_imposedAccessMode =
-        reader.Word<EAccessMode>("ImposedAccessMode", {{"RO", RO}, {"WO", WO}, {"RW", RW}}).value_or(RW);
     // Read so that they are known elements; this runtime gives them no meaning.
     reader.Text("DocuURL");
     reader.Word<bool>("IsDeprecated", {{"Yes", true}, {"No", false}});
@@ -52,7 +50,6 @@ void CNode::Load(CElementReader& reader)
     reader.Reference("pCastAlias");
     reader.Reference("pBlockPolling");
 
-    m_isImplementedName = reader.Reference("pIsImplemented");
     m_isAvailableName = reader.Reference("pIsAvailable");
     m_isLockedName = reader.Reference("pIsLocked");
     m_invalidatorNames = reader.References("pInvalidator");
@@ -61,8 +58,6 @@ void CNode::Load(CElementReader& reader)
 
 void CNode::Link(CNodeLinker& linker)
 {
-    if (m_isImplementedName)
-        m_isImplemented = linker.Numeric(*this, "pIsImplemented", *m_isImplementedName);
     if (m_isAvailableName)
         m_isAvailable = linker.Numeric(*this, "pIsAvailable", *m_isAvailableName);
     if (m_isLockedName)
@@ -73,7 +68,7 @@ void CNode::Link(CNodeLinker& linker)
 
 void CNode::CollectReads(std::vector<CNode*>& reads) const
 {
-    for (CNode* node : {m_isImplemented, m_isAvailable, m_isLocked})
+    for (CNode* node : {m_isAvailable, m_isLocked})
         if (node != nullptr)
             reads.push_back(node);
 }
@@ -85,7 +80,7 @@ bool CNode::Condition(const CNode* node, bool whenUnreadable)
     // The read checks the node's access mode itself; asking first would ask twice.
     try
     {
-        return node->ReadInteger(false) != 0;
+        return node->ReadInteger() != 0;
     }
     catch (const GenICam::AccessException&)
     {
@@ -95,15 +90,13 @@ bool CNode::Condition(const CNode* node, bool whenUnreadable)
 
 EAccessMode CNode::AccessMode(EIntent intent) const
 {
-    if (m_isImplemented != nullptr && !Condition(m_isImplemented, false))
-        return NI;
     if (m_isAvailable != nullptr && !Condition(m_isAvailable, false))
         return NA;
     EAccessMode mode = OwnAccessMode(intent);
     // A lock that cannot be read counts as set: writing is refused rather than risked.
     if (intent != EIntent::Read && m_isLocked != nullptr && IsWritable(mode) && Condition(m_isLocked, true))
         mode = mode == RW ? RO : NA;
-    return Combine(mode, m_imposedAccessMode);
+    return mode;
 }
 
 void CNode::RequireReadable() const
@@ -127,22 +120,16 @@ GenICam::gcstring CNode::DenialDetail() const
 void CNode::FailAccess(bool writing) const
 {
     const char* verb = writing ? "written" : "read";
-    if (m_isImplemented != nullptr && !Condition(m_isImplemented, false))
-        throw ACCESS_EXCEPTION("[%s] cannot be %s: it is not implemented", m_name.c_str(), verb);
     if (m_isAvailable != nullptr && !Condition(m_isAvailable, false))
         throw ACCESS_EXCEPTION("[%s] cannot be %s: it is not available", m_name.c_str(), verb);
     const EAccessMode own = OwnAccessMode(writing ? EIntent::Write : EIntent::Read);
     if (writing && IsWritable(own) && m_isLocked != nullptr && Condition(m_isLocked, true))
         throw ACCESS_EXCEPTION("[%s] cannot be written: it is locked", m_name.c_str());
-    const char* reason = "its imposed access mode forbids it";
-    if (own == NI)
-        reason = "it is not implemented";
-    else if (own == NA)
-        reason = "it is not available";
-    else if (writing && !IsWritable(own))
-        reason = "it is read-only";
-    else if (!writing && !IsReadable(own))
-        reason = "it is write-only";
+    // Only the node's own mode is left to deny the access.
+    const char* reason = own == NI   ? "it is not implemented"
+                         : own == NA ? "it is not available"
+                         : writing   ? "it is read-only"
+                                     : "it is write-only";
     const GenICam::gcstring detail = DenialDetail();
     if (detail.empty())
         throw ACCESS_EXCEPTION("[%s] cannot be %s: %s", m_name.c_str(), verb, reason);
@@ -151,7 +138,7 @@ void CNode::FailAccess(bool writing) const
 
 // --- numeric defaults: only numeric nodes are ever asked ---
 
-int64_t CNode::ReadInteger(bool /*ignoreCache*/) const
+int64_t CNode::ReadInteger() const
 {
     throw LOGICAL_ERROR_EXCEPTION("[%s] has no numeric value", m_name.c_str());
 }
@@ -161,7 +148,7 @@ void CNode::WriteInteger(int64_t /*value*/, bool /*verify*/)
     throw LOGICAL_ERROR_EXCEPTION("[%s] has no numeric value", m_name.c_str());
 }
 
-double CNode::ReadFloat(bool /*ignoreCache*/) const
+double CNode::ReadFloat() const
 {
     throw LOGICAL_ERROR_EXCEPTION("[%s] has no numeric value", m_name.c_str());
 }
@@ -244,16 +231,6 @@ void CNode::ImposeVisibility(EVisibility Visibility)
         {
             if (Visibility != _UndefinedVisibility && Visibility > m_visibility)
                 m_visibility = Visibility;
-        });
-}
-
-void CNode::ImposeAccessMode(EAccessMode AccessMode)
-{
-    m_map.Access(
-        [&]
-        {
-            m_imposedAccessMode = Combine(m_imposedAccessMode, AccessMode);
-            m_map.ScheduleInvalidation(this);
         });
 }
 
@@ -414,9 +391,9 @@ INodeMap* CNode::GetNodeMap() const
 
 // --- CValueNode ---
 
-GenICam::gcstring CValueNode::ToString(bool Verify, bool IgnoreCache)
+GenICam::gcstring CValueNode::ToString(bool Verify, bool /*IgnoreCache*/)
 {
-    return m_map.Access([&] { return ValueToString(Verify, IgnoreCache); });
+    return m_map.Access([&] { return ValueToString(Verify); });
 }
 
 void CValueNode::FromString(const GenICam::gcstring& ValueStr, bool Verify)

@@ -1,7 +1,6 @@
 // The base of every node class: the elements that all nodes share (texts,
-// visibility, pIsImplemented, pIsAvailable, pIsLocked, pInvalidator,
-// pSelected), the access mode that follows from them, callbacks, and the
-// links that invalidation and cycle detection walk.
+// visibility, pIsAvailable, pIsLocked, pInvalidator, pSelected), the access mode that follows from them,
+// callbacks, and the links that invalidation and cycle detection walk.
 //
 // Public INode operations take the map's lock; the operations of the "internal"
 // section expect it held and are what nodes call on one another.
@@ -50,7 +49,6 @@ public:
     GenICam::gcstring GetDeviceName() const override;
     EVisibility GetVisibility() const override;
     void ImposeVisibility(EVisibility Visibility) override;
-    void ImposeAccessMode(EAccessMode AccessMode) override;
     void InvalidateNode() override;
     bool IsCachable() const override;
     ECachingMode GetCachingMode() const override;
@@ -95,9 +93,9 @@ public:
 
     // Numeric access for nodes that point at this one (pValue, pMin, pIsLocked ...).
     virtual bool IsNumeric() const { return false; }
-    virtual int64_t ReadInteger(bool ignoreCache) const;
+    virtual int64_t ReadInteger() const;
     virtual void WriteInteger(int64_t value, bool verify);
-    virtual double ReadFloat(bool ignoreCache) const;
+    virtual double ReadFloat() const;
     virtual void WriteFloat(double value, bool verify);
     // The limits a pointing node falls back to when it has none of its own.
     virtual int64_t IntegerMin() const;
@@ -105,10 +103,10 @@ public:
     virtual double FloatMin() const;
     virtual double FloatMax() const;
 
-    // By default that of the value child: a feature caches what its register caches.
+    // By default that of the value child: a feature reports what its register reports.
     virtual ECachingMode CachingMode() const;
+    // Whether the value is known without asking a port: only a constant's is.
     virtual bool CacheValid() const;
-    virtual void ClearCache() {}
     // Why the node's own access mode denies an access, beyond the mode itself,
     // as "port 'P' is not connected"; empty if there is nothing to add.
     virtual GenICam::gcstring DenialDetail() const;
@@ -120,8 +118,7 @@ public:
     void CollectCallbacks(std::vector<std::shared_ptr<CNodeCallback>>& callbacks) const;
 
 protected:
-    // The node's own access mode, before pIsImplemented, pIsAvailable, pIsLocked
-    // and the imposed mode are applied.
+    // The node's own access mode, before pIsAvailable and pIsLocked are applied.
     virtual EAccessMode OwnAccessMode(EIntent intent) const = 0;
 
     [[noreturn]] void FailAccess(bool writing) const;
@@ -129,7 +126,7 @@ protected:
     CNodeMap& m_map;
 
 private:
-    // Whether a condition node (pIsImplemented ...) reads as true now.
+    // Whether a condition node (pIsAvailable, pIsLocked) reads as true now.
     static bool Condition(const CNode* node, bool whenUnreadable);
     void CollectDepending(NodeList_t& nodes) const;
     void CollectTerminals(NodeList_t& nodes) const;
@@ -139,17 +136,14 @@ private:
     GenICam::gcstring m_description;
     GenICam::gcstring m_displayName;
     EVisibility m_visibility = Beginner;
-    EAccessMode m_imposedAccessMode = RW;
     bool m_streamable = false;
     bool m_isFeature = false;
 
-    std::optional<GenICam::gcstring> m_isImplementedName;
     std::optional<GenICam::gcstring> m_isAvailableName;
     std::optional<GenICam::gcstring> m_isLockedName;
     std::vector<GenICam::gcstring> m_invalidatorNames;
     std::vector<GenICam::gcstring> m_selectedNames;
 
-    CNode* m_isImplemented = nullptr;
     CNode* m_isAvailable = nullptr;
     CNode* m_isLocked = nullptr;
     std::vector<CNode*> m_invalidators;
@@ -176,7 +170,7 @@ public:
 
 protected:
     // Under the lock.
-    virtual GenICam::gcstring ValueToString(bool verify, bool ignoreCache) = 0;
+    virtual GenICam::gcstring ValueToString(bool verify) = 0;
     virtual void ValueFromString(const GenICam::gcstring& text, bool verify) = 0;
 };
 

@@ -120,10 +120,7 @@ std::exception_ptr CNodeMap::Flush() const
 
         callbacks.clear();
         for (CNode* node : reached)
-        {
-            node->ClearCache();
             node->CollectCallbacks(callbacks);
-        }
         for (const auto& callback : callbacks)
         {
             if (callback->GetCallbackType() == cbPostOutsideLock)

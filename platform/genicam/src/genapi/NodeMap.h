@@ -3,9 +3,9 @@
 // Every public operation of the map and of its nodes runs through Access, which
 // takes the lock and counts the nesting of accesses on the owning thread.
 // Invalidations requested during an access are collected and carried out once,
-// when the outermost access ends: caches are cleared for the invalidated nodes
-// and everything that depends on them, their cbPostInsideLock callbacks run
-// while the lock is still held, and their cbPostOutsideLock callbacks run right
+// when the outermost access ends: for the invalidated nodes and everything
+// that depends on them, the cbPostInsideLock callbacks run while the lock is
+// still held, and their cbPostOutsideLock callbacks run right
 // after it is released. A callback that throws does not stop the others; the
 // first exception is passed on to the caller once all have run.
 #pragma once

@@ -5,8 +5,6 @@
 
 #include <GCBase/GCException.h>
 
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <string>
 
@@ -38,21 +36,6 @@ struct CNodeMapFactory::Impl
 CNodeMapFactory::CNodeMapFactory()
     : m_impl(std::make_shared<Impl>())
 {
-}
-
-CNodeMapFactory::CNodeMapFactory(EContentType_t ContentType, const GenICam::gcstring& FileName,
-                                 ECacheUsage_t /*CacheUsage*/, bool SuppressStringsOnLoad)
-    : CNodeMapFactory()
-{
-    std::ifstream file(FileName.c_str(), std::ios::binary);
-    if (!file)
-        throw RUNTIME_EXCEPTION("Cannot open the register description '%s'", FileName.c_str());
-    std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-    if (file.bad())
-        throw RUNTIME_EXCEPTION("Cannot read the register description '%s'", FileName.c_str());
-    m_impl->contentType = ContentType;
-    m_impl->suppressStrings = SuppressStringsOnLoad;
-    m_impl->document = std::move(text);
 }
 
 CNodeMapFactory::CNodeMapFactory(EContentType_t ContentType, const void* pData, size_t DataSize,

@@ -64,28 +64,28 @@ public:
     }
 
 protected:
-    T Fetch(bool ignoreCache) const override { return m_value.Get(ignoreCache); }
+    T Fetch() const override { return m_value.Get(); }
     void Store(T value, bool verify) override
     {
         m_value.Set(value, verify);
         this->m_map.ScheduleInvalidation(this);
     }
-    T OwnMin() const override
+    T Min() const override
     {
         const CNode* pointer = m_value.Pointer();
-        return m_min.IsPresent()    ? m_min.Get(false)
+        return m_min.IsPresent()    ? m_min.Get()
                : pointer != nullptr ? Kind::MinOf(*pointer)
                                     : std::numeric_limits<T>::lowest();
     }
-    T OwnMax() const override
+    T Max() const override
     {
         const CNode* pointer = m_value.Pointer();
-        return m_max.IsPresent()    ? m_max.Get(false)
+        return m_max.IsPresent()    ? m_max.Get()
                : pointer != nullptr ? Kind::MaxOf(*pointer)
                                     : std::numeric_limits<T>::max();
     }
     bool HasIncrement() const override { return std::is_same_v<T, int64_t> || m_inc.IsPresent(); }
-    T Increment() const override { return m_inc.IsPresent() ? m_inc.Get(false) : Kind::defaultIncrement; }
+    T Increment() const override { return m_inc.IsPresent() ? m_inc.Get() : Kind::defaultIncrement; }
 
 private:
     CValueOrPointer<T> m_value;

@@ -1,7 +1,6 @@
 // What the number features share (Integer, IntReg: IInteger; Float, FloatReg:
 // IFloat): the interface over a value that the node class fetches and stores,
-// the limits a client imposes on top of the node's own, the range and
-// increment checks of verified reads and writes, and the value's text form.
+// the range and increment checks of verified reads and writes, and the value's text form.
 // Each node class supplies only where its value and limits come from.
 #pragma once
 
@@ -15,8 +14,6 @@
 #include <GenApi/IFloat.h>
 #include <GenApi/IInteger.h>
 
-#include <algorithm>
-#include <limits>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -79,9 +76,9 @@ public:
     {
         this->m_map.Access([&] { Write(Value, Verify); });
     }
-    T GetValue(bool Verify = false, bool IgnoreCache = false) const override
+    T GetValue(bool Verify = false, bool /*IgnoreCache*/ = false) const override
     {
-        return this->m_map.Access([&] { return Read(Verify, IgnoreCache); });
+        return this->m_map.Access([&] { return Read(Verify); });
     }
     T GetMin() const override
     {
@@ -105,8 +102,6 @@ public:
     std::vector<T> GetListOfValidValues(bool /*Bounded*/ = true) const override { return {}; }
     ERepresentation GetRepresentation() const override { return m_display.representation; }
     GenICam::gcstring GetUnit() const override { return m_display.unit; }
-    void ImposeMin(T Value) override { Impose(m_imposedMin, Value); }
-    void ImposeMax(T Value) override { Impose(m_imposedMax, Value); }
     EInterfaceType GetPrincipalInterfaceType() const override { return Kind::interfaceType; }
 
     // CNode: the limits that pointing nodes fall back to are given for the node's own kind only.
@@ -141,12 +136,12 @@ public:
 
 protected:
     // Under the lock, with the access mode checked: the value where the node keeps it.
-    virtual T Fetch(bool ignoreCache) const = 0;
+    virtual T Fetch() const = 0;
     // Stores a value that passed the checks and schedules the invalidation of dependents.
     virtual void Store(T value, bool verify) = 0;
-    // The node's own limits, before those a client imposes.
-    virtual T OwnMin() const = 0;
-    virtual T OwnMax() const = 0;
+    // The node's limits.
+    virtual T Min() const = 0;
+    virtual T Max() const = 0;
     // Whether there is an increment; Increment() is Kind::defaultIncrement where not.
     virtual bool HasIncrement() const = 0;
     virtual T Increment() const = 0;
@@ -154,12 +149,9 @@ protected:
     void LoadDisplay(CElementReader& reader) { m_display = Kind::ReadDisplay(reader); }
     const typename Kind::Display& Display() const { return m_display; }
 
-    T ReadNumber(bool ignoreCache) const override { return Read(false, ignoreCache); }
+    T ReadNumber() const override { return Read(false); }
     void WriteNumber(T value, bool verify) override { Write(value, verify); }
-    GenICam::gcstring ValueToString(bool verify, bool ignoreCache) override
-    {
-        return Kind::Format(Read(verify, ignoreCache), m_display);
-    }
+    GenICam::gcstring ValueToString(bool verify) override { return Kind::Format(Read(verify), m_display); }
     void ValueFromString(const GenICam::gcstring& text, bool verify) override
     {
         const std::optional<T> value = Kind::Parse(text.view());
@@ -170,13 +162,10 @@ protected:
     }
 
 private:
-    T Min() const { return std::max(OwnMin(), m_imposedMin); }
-    T Max() const { return std::min(OwnMax(), m_imposedMax); }
-
-    T Read(bool verify, bool ignoreCache) const
+    T Read(bool verify) const
     {
         this->RequireReadable();
-        const T value = Fetch(ignoreCache);
+        const T value = Fetch();
         if (verify)
             CheckRange(*this, value, Min(), Max(), Increment());
         return value;
@@ -190,19 +179,7 @@ private:
         Store(value, verify);
     }
 
-    void Impose(T& limit, T value)
-    {
-        this->m_map.Access(
-            [&]
-            {
-                limit = value;
-                this->m_map.ScheduleInvalidation(this);
-            });
-    }
-
     typename Kind::Display m_display;
-    T m_imposedMin = std::numeric_limits<T>::lowest();
-    T m_imposedMax = std::numeric_limits<T>::max();
 };
 
 // IFloat's own additions: whether an increment exists, and how to display the value.

@@ -20,14 +20,14 @@ public:
     using Base::Base;
 
     bool IsNumeric() const override { return true; }
-    int64_t ReadInteger(bool ignoreCache) const override { return As<int64_t>(ReadNumber(ignoreCache)); }
+    int64_t ReadInteger() const override { return As<int64_t>(ReadNumber()); }
     void WriteInteger(int64_t value, bool verify) override { WriteNumber(As<T>(value), verify); }
-    double ReadFloat(bool ignoreCache) const override { return As<double>(ReadNumber(ignoreCache)); }
+    double ReadFloat() const override { return As<double>(ReadNumber()); }
     void WriteFloat(double value, bool verify) override { WriteNumber(As<T>(value), verify); }
 
 protected:
     // Under the lock: the value in the node's own kind, unverified on reads.
-    virtual T ReadNumber(bool ignoreCache) const = 0;
+    virtual T ReadNumber() const = 0;
     virtual void WriteNumber(T value, bool verify) = 0;
 
 private:

@@ -12,19 +12,15 @@ namespace GenApi::Detail
 void CPortNode::Load(CElementReader& reader)
 {
     CNode::Load(reader);
-    m_swapEndianess = reader.Word<bool>("SwapEndianess", {{"Yes", true}, {"No", false}}).value_or(false);
+    reader.Word<bool>("SwapEndianess", {{"No", false}});
     reader.Word<bool>("CacheChunkData", {{"Yes", true}, {"No", false}}); // no chunk data here
 }
 
 void CPortNode::Attach(IPort* port)
 {
     m_port = port;
-    m_clientSwapsEndianess = false;
     if (IPortConstruct* construct = dynamic_cast<IPortConstruct*>(port))
-    {
         construct->SetPortImpl(this);
-        m_clientSwapsEndianess = construct->GetSwapEndianess() == Yes;
-    }
 }
 
 EAccessMode CPortNode::OwnAccessMode(EIntent /*intent*/) const

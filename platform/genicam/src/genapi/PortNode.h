@@ -1,5 +1,7 @@
 // <Port>: the node that a client's port object is connected to. Registers
-// with this pPort reach the client's Read and Write through it.
+// with this pPort reach the client's Read and Write through it, in the
+// machine's byte order: a Port that swaps bytes is refused, and a client's
+// GetSwapEndianess is not asked.
 #pragma once
 
 #include "Node.h"
@@ -25,7 +27,6 @@ public:
 
     // Internal, under the lock.
     void Attach(IPort* port);
-    bool SwapsBytes() const { return m_swapEndianess || m_clientSwapsEndianess; }
     void ReadPort(void* buffer, int64_t address, int64_t length) const;
     void WritePort(const void* buffer, int64_t address, int64_t length) const;
 
@@ -34,8 +35,6 @@ protected:
 
 private:
     IPort* m_port = nullptr;
-    bool m_swapEndianess = false;
-    bool m_clientSwapsEndianess = false;
 };
 
 } // namespace GenApi::Detail

@@ -9,9 +9,7 @@
 #include <GCBase/GCException.h>
 #include <GenApi/AccessModeHelpers.h>
 
-#include <algorithm>
 #include <cinttypes>
-#include <cstring>
 
 namespace GenApi::Detail
 {
@@ -49,8 +47,7 @@ void CRegisterNode::Load(CElementReader& reader)
                                                          {"WriteAround", WriteAround}})
                         .value_or(WriteThrough);
     reader.Integer("PollingTime"); // no polling in this runtime
-    m_bigEndian =
-        reader.Word<bool>("Endianess", {{"LittleEndian", false}, {"BigEndian", true}}).value_or(false);
+    reader.Word<bool>("Endianess", {{"LittleEndian", true}});
 }
 
 void CRegisterNode::Link(CNodeLinker& linker)
@@ -84,50 +81,19 @@ int64_t CRegisterNode::Address() const
     for (int64_t part : m_addresses)
         address += static_cast<uint64_t>(part);
     for (const CNode* node : m_addressNodes)
-        address += static_cast<uint64_t>(node->ReadInteger(false));
+        address += static_cast<uint64_t>(node->ReadInteger());
     return static_cast<int64_t>(address);
 }
 
-bool CRegisterNode::BigEndianBytes() const
+void CRegisterNode::ReadBytes(uint8_t* bytes) const
 {
-    return m_bigEndian != m_port->SwapsBytes();
-}
-
-void CRegisterNode::ReadBytes(uint8_t* bytes, bool ignoreCache) const
-{
-    const size_t length = static_cast<size_t>(m_length);
-    if (m_cacheValid && !ignoreCache && m_cachingMode != NoCache)
-    {
-        std::memcpy(bytes, m_cache.data(), length);
-        return;
-    }
     m_port->ReadPort(bytes, Address(), m_length);
-    if (m_cachingMode != NoCache)
-    {
-        std::memcpy(m_cache.data(), bytes, length);
-        m_cacheValid = true;
-    }
 }
 
 void CRegisterNode::WriteBytes(const uint8_t* bytes)
 {
-    m_cacheValid = false;
     m_port->WritePort(bytes, Address(), m_length);
     m_map.ScheduleInvalidation(this);
-}
-
-void CRegisterNode::ReadLittleEndian(uint8_t* bytes, bool ignoreCache) const
-{
-    ReadBytes(bytes, ignoreCache);
-    if (BigEndianBytes())
-        std::reverse(bytes, bytes + m_length);
-}
-
-void CRegisterNode::WriteLittleEndian(uint8_t* bytes)
-{
-    if (BigEndianBytes())
-        std::reverse(bytes, bytes + m_length);
-    WriteBytes(bytes);
 }
 
 int64_t CRegisterNode::GetAddress() const
@@ -153,14 +119,14 @@ void CRegisterNode::Set(const uint8_t* pBuffer, int64_t Length, bool /*Verify*/)
         });
 }
 
-void CRegisterNode::Get(uint8_t* pBuffer, int64_t Length, bool /*Verify*/, bool IgnoreCache)
+void CRegisterNode::Get(uint8_t* pBuffer, int64_t Length, bool /*Verify*/, bool /*IgnoreCache*/)
 {
     m_map.Access(
         [&]
         {
             RequireLength(Length, "gives");
             RequireReadable();
-            ReadBytes(pBuffer, IgnoreCache);
+            ReadBytes(pBuffer);
         });
 }
 

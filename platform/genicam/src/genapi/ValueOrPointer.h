@@ -48,16 +48,16 @@ public:
     const std::optional<T>& Constant() const { return m_constant; }
 
     // Under the map's lock. Reading through a pointer checks the target's access mode.
-    T Get(bool ignoreCache) const
+    T Get() const
     {
         if (m_node == nullptr)
             return *m_constant;
         if constexpr (std::is_same_v<T, double>)
-            return m_node->ReadFloat(ignoreCache);
+            return m_node->ReadFloat();
         else if constexpr (std::is_same_v<T, bool>)
-            return m_node->ReadInteger(ignoreCache) != 0;
+            return m_node->ReadInteger() != 0;
         else
-            return m_node->ReadInteger(ignoreCache);
+            return m_node->ReadInteger();
     }
 
     void Set(T value, bool verify)
