@@ -200,7 +200,7 @@ TEST(SignalThreads, StopWithoutWaitingReturnsWhileTheSlotRuns)
 }
 
 // The firing thread still runs a slot when the signal ends; the call and the
-// firing end safely, without the signal.
+// firing end safely, without the signal, and the connection stays usable.
 TEST(SignalThreads, SignalEndsWhileASlotRuns)
 {
     auto signal = std::make_unique<SignalType>();
@@ -222,6 +222,10 @@ TEST(SignalThreads, SignalEndsWhileASlotRuns)
     release.set_value();
     firing.join();
     EXPECT_TRUE(finished);
+    // The connection outlives its signal.
+    connection->setEnabled(false, true);
+    connection->disconnect(true);
+    EXPECT_FALSE(connection->isEnabled());
 }
 
 // Firings on several threads while connections come and go. Once a waiting

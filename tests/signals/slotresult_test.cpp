@@ -65,7 +65,7 @@ TEST(VoidCombiner, LogsEachExceptionInOrderAndConsumesTheResults)
         std::make_unique<Utils::ExceptionResult<void>>(exceptionOf(std::runtime_error("lost"))));
     results.push_back(std::make_unique<Utils::ExceptionResult<void>>(exceptionOf(3.5)));
 
-    SignalTesting::LogCapture log;
+    LogCapture log;
     const Utils::VoidCombiner combiner;
     combiner(results);
 

@@ -1,7 +1,5 @@
 #include <TarvikDataProcessingCore/core/AdvancedNode.h>
 #include <TarvikDataProcessingCore/core/AlignedBufferProvider.h>
-#include <TarvikDataProcessingCore/core/GraphUpdate.h>
-#include <TarvikDataProcessingCore/core/RecordingJobQueue.h>
 #include <TarvikDataProcessingCore/core/ScalarValues.h>
 
 #include <gtest/gtest.h>
@@ -17,8 +15,8 @@ namespace
 class EchoNode : public Core::AdvancedNode
 {
 public:
-    explicit EchoNode(std::shared_ptr<Core::IResourcePool> pool = std::make_shared<Core::ResourcePool>())
-        : AdvancedNode(pool)
+    EchoNode()
+        : AdvancedNode(std::make_shared<Core::ResourcePool>())
     {
         createInput("In", "input", Utils::TypeInfo::get<Core::IValue>(true), Utils::Variant(), true, false,
                     ~0ull);
@@ -41,12 +39,9 @@ public:
     void load(const std::shared_ptr<Core::ISettings>&) override {}
     void save(const std::shared_ptr<Core::ISettings>&) override {}
 
-    bool deliverOnce(const Utils::Variant& value, std::shared_ptr<Core::IGraphUpdate> parent = nullptr)
+    bool deliverOnce(const Utils::Variant& value)
     {
-        std::vector<std::shared_ptr<Core::IGraphUpdate>> parents;
-        if (parent)
-            parents.push_back(std::move(parent));
-        const auto update = getUpdateFactory()->createUpdate(this, parents, nullptr);
+        const auto update = getUpdateFactory()->createUpdate(this, {}, nullptr);
         return update && waitUntilSpaceAvailable() && createJob(update, {{"Out", value}}, nullptr);
     }
 
@@ -139,37 +134,6 @@ TEST(AdvancedNode, DeliversJobsOnlyWhileRunningAndToASink)
     EXPECT_LT(delivered[0], delivered[1]);
     node.stop();
     EXPECT_FALSE(node.deliverOnce(Utils::Variant()));
-}
-
-TEST(AdvancedNode, RoutesUpdatesAndJobsThroughThePoolsJobQueue)
-{
-    const auto jobs = std::make_shared<Core::RecordingJobQueue>();
-    EchoNode node(std::make_shared<Core::ResourcePool>(nullptr, jobs, jobs));
-    const auto parent =
-        std::make_shared<Core::GraphUpdate>(std::vector<std::shared_ptr<Core::IGraphUpdate>>{});
-    const Utils::Variant value{Core::Integer(7, nullptr)};
-
-    EXPECT_TRUE(node.deliverOnce(value, parent)) << "the queue takes jobs of a stopped node too";
-    jobs->refuseUpdates(true);
-    EXPECT_FALSE(node.deliverOnce(value));
-    jobs->refuseUpdates(false);
-    jobs->reportNoSpace(true);
-    EXPECT_FALSE(node.deliverOnce(value));
-    jobs->reportNoSpace(false);
-    jobs->failNextJob([] { throw std::runtime_error("graph is gone"); });
-    EXPECT_THROW(node.deliverOnce(value), std::runtime_error);
-    EXPECT_TRUE(node.deliverOnce(value));
-
-    EXPECT_EQ(jobs->spaceWaitCount(), 4u);
-    ASSERT_TRUE(jobs->waitForJobs(2, std::chrono::milliseconds(0)));
-    const auto recorded = jobs->jobs();
-    ASSERT_EQ(recorded.size(), 2u);
-    EXPECT_EQ(recorded[0].node, &node);
-    EXPECT_EQ(recorded[0].thread, std::this_thread::get_id());
-    EXPECT_EQ(recorded[0].update->getParents(), std::vector<std::shared_ptr<Core::IGraphUpdate>>{parent});
-    EXPECT_EQ(recorded[0].values.at("Out").get<Core::IInteger>(true), value.get<Core::IInteger>(true));
-    EXPECT_GT(recorded[1].update->getId(), recorded[0].update->getId());
-    EXPECT_TRUE(recorded[1].update->getParents().empty());
 }
 
 TEST(AlignedBufferProvider, GivesAlignedWritableBuffers)

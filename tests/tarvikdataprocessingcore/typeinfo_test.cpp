@@ -60,8 +60,6 @@ TEST(TypeIdentifier, FollowsTheTwoCallProtocol)
     int size = 0;
     TypeInfo::getTypeIdentifier<NoValue>(nullptr, &size);
     EXPECT_EQ(size, 14);
-    TypeInfo::getTypeIdentifier<TarvikViewerTessalPackage::Gate>(nullptr, &size);
-    EXPECT_EQ(size, 38);
 
     char exact[14];
     size = 14;
@@ -87,9 +85,6 @@ class NeverRegistered : public Utils::IObject
 class Orphan : public NeverRegistered
 {
 };
-class Sibling
-{
-};
 } // namespace
 
 TEST(TypeInfo, LooksUpRegisteredTypesAndRefusesOthers)
@@ -100,34 +95,8 @@ TEST(TypeInfo, LooksUpRegisteredTypesAndRefusesOthers)
     EXPECT_EQ(TypeInfo::get<Core::IValue>(false), value);
 
     EXPECT_FALSE(TypeInfo::get<NeverRegistered>(false).isValid());
-    try
-    {
-        TypeInfo::get<NeverRegistered>(true);
-        FAIL();
-    }
-    catch (const GenICam::RuntimeException& e)
-    {
-        EXPECT_STREQ(e.GetDescription(), "The requested type is not registered.");
-    }
-}
-
-TEST(TypeInfo, CastsThroughRecordedBases)
-{
-    Core::Integer integer(42, nullptr);
-    const TypeInfo type = integer.getTypeInfo(true);
-    EXPECT_TRUE(type.canConvert(TypeInfo::get<Core::IValue>(true)));
-    EXPECT_TRUE(type.canConvert(TypeInfo::get<Utils::IObject>(true)));
-    EXPECT_FALSE(type.canConvert(TypeInfo::get<Core::IFloat>(true)));
-    EXPECT_FALSE(TypeInfo::get<Core::IValue>(true).canConvert(type));
-
-    void* const raw = integer.getRawPointer();
-    EXPECT_EQ(Utils::type_cast(raw, type, TypeInfo::get<Core::IInteger>(true)),
-              static_cast<Core::IInteger*>(&integer));
-    EXPECT_EQ(Utils::type_cast(raw, type, TypeInfo::get<Core::IValue>(true)),
-              static_cast<Core::IValue*>(&integer));
-    EXPECT_EQ(Utils::type_cast(raw, type, TypeInfo::get<Core::IFloat>(true)), nullptr);
-    EXPECT_EQ(Utils::type_cast(static_cast<void*>(nullptr), type, TypeInfo::get<Core::IValue>(true)),
-              nullptr);
+    EXPECT_EQ(failureOf([] { TypeInfo::get<NeverRegistered>(true); }),
+              "RuntimeException: The requested type is not registered.");
 }
 
 TEST(TypeRegistrar, LogsOneLineAndLeavesTheTypeUnregisteredWhenABaseIsMissing)
@@ -150,11 +119,6 @@ TEST(TypeRegistrar, LogsOneLineAndLeavesTheTypeUnregisteredWhenABaseIsMissing)
 
 TEST(TypeRegistrar, RegistersBasesDirectAndIndirect)
 {
-    const Utils::TypeRegistrar<Sibling> registrar("Sibling");
-    const TypeInfo sibling = TypeInfo::get<Sibling>(true);
-    EXPECT_EQ(sibling.getName(), GenICam::gcstring("Sibling"));
-    EXPECT_FALSE(sibling.canConvert(TypeInfo::get<Utils::IObject>(true)));
-
     const TypeInfo advanced = TypeInfo::get<Core::AdvancedNode>(true);
     for (const TypeInfo& base : {TypeInfo::get<Core::NodeBase>(true), TypeInfo::get<Core::INode>(true),
                                  TypeInfo::get<Utils::IObject>(true)})

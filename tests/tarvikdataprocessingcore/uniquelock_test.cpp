@@ -1,3 +1,7 @@
+// A unique lock holds its lockable for its scope, lets go exactly once, and
+// refuses to lock or unlock twice or without a lockable.
+#include "failure_text.h"
+
 #include <TarvikDataProcessingCore/threading/IRecursiveLockable.h>
 
 #include <tarvikdataprocessingcore/threading/uniquelock_impl.h>
@@ -8,7 +12,6 @@ using namespace Tarvik::DataProcessing::Threading;
 
 namespace
 {
-
 class CountingLockable : public IRecursiveLockable
 {
 public:
@@ -16,38 +19,25 @@ public:
     void unlock() override { --depth; }
     int depth = 0;
 };
-
-template <typename F>
-std::string runtimeFailure(F&& action)
-{
-    try
-    {
-        action();
-    }
-    catch (const GenICam::RuntimeException& e)
-    {
-        return e.GetDescription();
-    }
-    return "no exception";
-}
-
 } // namespace
 
-// Each guard holds the lock for its scope and lets go of it exactly once, also when
-// unlocked by hand first.
-TEST(UniqueLock, LocksForItsScopeAndUnlocksOnce)
+TEST(UniqueLock, HoldsForItsScopeAndRefusesToLockOrUnlockTwice)
 {
     CountingLockable lockable;
     {
         UniqueLock guard(&lockable);
-        EXPECT_EQ(lockable.depth, 1);
         EXPECT_TRUE(guard.ownsLock());
+        EXPECT_EQ(failureOf([&] { guard.lock(); }),
+                  "RuntimeException: Lockable is already owned by this unique lock.");
+        EXPECT_EQ(lockable.depth, 1);
     }
     EXPECT_EQ(lockable.depth, 0);
     {
         UniqueLock guard(&lockable);
         guard.unlock();
         EXPECT_FALSE(guard.ownsLock());
+        EXPECT_EQ(failureOf([&] { guard.unlock(); }),
+                  "RuntimeException: Lockable is not owned by this unique lock.");
     }
     EXPECT_EQ(lockable.depth, 0);
     {
@@ -55,21 +45,10 @@ TEST(UniqueLock, LocksForItsScopeAndUnlocksOnce)
         EXPECT_EQ(lockable.depth, 1);
     }
     EXPECT_EQ(lockable.depth, 0);
-}
 
-TEST(UniqueLock, RefusesToLockOrUnlockTwiceOrWithoutLockable)
-{
-    CountingLockable lockable;
-    UniqueLock guard(&lockable);
-    EXPECT_EQ(runtimeFailure([&] { guard.lock(); }), "Lockable is already owned by this unique lock.");
-    EXPECT_EQ(lockable.depth, 1);
-    guard.unlock();
-    EXPECT_EQ(runtimeFailure([&] { guard.unlock(); }), "Lockable is not owned by this unique lock.");
-    EXPECT_EQ(lockable.depth, 0);
-
-    const std::string none = "No lockable is associated with this unique lock.";
-    EXPECT_EQ(runtimeFailure([] { UniqueLock nothing(nullptr); }), none);
+    const std::string none = "RuntimeException: No lockable is associated with this unique lock.";
+    EXPECT_EQ(failureOf([] { UniqueLock nothing(nullptr); }), none);
     UniqueLock empty;
-    EXPECT_EQ(runtimeFailure([&] { empty.lock(); }), none);
-    EXPECT_EQ(runtimeFailure([&] { empty.unlock(); }), none);
+    EXPECT_EQ(failureOf([&] { empty.lock(); }), none);
+    EXPECT_EQ(failureOf([&] { empty.unlock(); }), none);
 }
