@@ -152,7 +152,7 @@ TEST_P(AdapterNodeMap, NodeOutlivingItsAdapterNotifiesNobody)
 {
     {
         CAnythingToNodeMapAdapter shortLived;
-        shortLived.addParameterPort(node.enablePort, 0);
+        shortLived.addParameterPort(node.makeEnablePort(), 0);
         shortLived.addParameterPort(node.makeWidthPort(), 0);
         shortLived.createNodeMap(&node.lock(), GetParam().portName, GetParam().prefix);
     }
@@ -212,8 +212,7 @@ TEST(Adapter, FreshAdapterAndOneWithoutPortsGiveAMapWithoutFeatures)
     CAnythingToNodeMapAdapter adapter;
     ASSERT_NE(adapter.getNodeMap(), nullptr);
     EXPECT_EQ(adapter.getNodeMap()->GetNumNodes(), 0u);
-    adapter.addParameterPort(std::shared_ptr<IBooleanParameterPort>(),
-                             0); // ignored
+    adapter.addParameterPort(std::shared_ptr<IBooleanParameterPort>(), 0); // a null port is ignored
     const GenApi::CNodeMapRef result = adapter.createNodeMap(nullptr, "", "");
     EXPECT_EQ(result._Ptr, nullptr);
     EXPECT_EQ(result._GetDeviceName(), gcstring("Device"));
