@@ -180,6 +180,7 @@ protected:
     }
 
     TestNode node;
+    int fpsCallbacks = 0; // outlives the adapter, whose end may still invalidate features of its map
     CAnythingToNodeMapAdapter::CAnythingToNodeMapAdapterImpl impl;
 };
 
@@ -199,10 +200,9 @@ TEST_P(AdapterRebuild, MovesEveryConnectorAndUnlinksTheFormerMap)
 
     GenApi::CBooleanPtr(impl.getNodeMap()->GetNode("Enable"))->SetValue(true);
     EXPECT_TRUE(node.getEnable());
-    int calls = 0;
-    GenApi::Register(impl.getNodeMap()->GetNode("Fps"), [&calls](GenApi::INode*) { ++calls; });
+    GenApi::Register(impl.getNodeMap()->GetNode("Fps"), [this](GenApi::INode*) { ++fpsCallbacks; });
     node.setFps(5.0);
-    EXPECT_EQ(calls, 1);
+    EXPECT_EQ(fpsCallbacks, 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(Adapter, AdapterRebuild, layouts, layoutName);
