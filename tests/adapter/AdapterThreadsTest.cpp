@@ -1,6 +1,6 @@
-// A client and the node change one parameter at the same time, from two threads. The
-// node map and the node share one recursive lock, so every change is whole and the
-// feature ends at the node's last value. Run it under the thread sanitizer as well.
+// A client and the node change one parameter at the same time, from two threads. The node map and the node
+// share one recursive lock, so every change is whole and the feature ends at the node's last value. Run it
+// under the thread sanitizer as well.
 #include "TestNode.h"
 
 #include <AnythingToNodeMapAdapter/AnythingToNodeMapAdapter.h>
@@ -23,7 +23,7 @@ TEST(AdapterThreads, ClientAndNodeWriteConcurrentlyUnderTheNodesLock)
     std::atomic<int> callbacks{0};
     TestNode node;
     CAnythingToNodeMapAdapter adapter;
-    adapter.addParameterPort(node.makeWidthPort(16, 4096, 16), 0);
+    adapter.addParameterPort(node.makeWidthPort(), 0);
     adapter.createNodeMap(&node.lock(), "Params", "");
     GenApi::CIntegerPtr width = adapter.getNodeMap()->GetNode("Width");
     GenApi::Register(width->GetNode(), [&](GenApi::INode*) { ++callbacks; });
