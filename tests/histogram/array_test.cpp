@@ -211,17 +211,6 @@ TEST_F(ArrayTest, CopySharesElementsWithItsOwnProperties)
     EXPECT_EQ(IntegerArray(failed, freshLock()).getError(false), cause);
 }
 
-TEST_F(ArrayTest, SelfAssignmentDoesNothing)
-{
-    IntegerArray array(2, freshLock());
-    Observer observer(array);
-    readProperties(array);
-    array.assign(static_cast<const Core::IArray&>(array));
-    array.assign(static_cast<const IntegerArrayInterface&>(array));
-    EXPECT_EQ(observer.sizeChanges, 0);
-    EXPECT_EQ(array.getSize(), 2u);
-}
-
 TEST_F(ArrayTest, AssignmentFromIArrayTakesElementsOrError)
 {
     IntegerArray source(0, freshLock());
@@ -246,7 +235,7 @@ TEST_F(ArrayTest, AssignmentFromIArrayTakesElementsOrError)
     EXPECT_EQ(failureOf([&] { target.getSize(); }), "RuntimeException: Array is in error state.");
 }
 
-TEST_F(ArrayTest, AssignmentFromIncompatibleArrayLeavesTargetAsItWas)
+TEST_F(ArrayTest, AssignmentFromItselfOrAnIncompatibleArrayLeavesTargetAsItWas)
 {
     Array<Core::IBoolean, void> flags(0, freshLock());
     flags.pushBack(COWPtr<Core::IBoolean>(new Core::Boolean(true, freshLock())));
@@ -254,6 +243,8 @@ TEST_F(ArrayTest, AssignmentFromIncompatibleArrayLeavesTargetAsItWas)
     target.pushBack(integer(3));
     Observer observer(target);
     readProperties(target);
+    target.assign(static_cast<const Core::IArray&>(target));
+    target.assign(static_cast<const IntegerArrayInterface&>(target));
     EXPECT_EQ(failureOf([&] { target.assign(static_cast<const Core::IArray&>(flags)); }),
               "InvalidArgumentException: Data in the given array is not compatible with this array.");
     ASSERT_EQ(target.getSize(), 1u);
@@ -284,7 +275,7 @@ TEST_F(ArrayTest, TypedAssignmentNeedsSourceData)
     EXPECT_EQ(target.getError(false), cause);
 }
 
-TEST_F(ArrayTest, TravelsInVariantAsItsInterface)
+TEST_F(ArrayTest, TravelsInVariantAsItsInterfaceAndConvertsToItsBases)
 {
     IntegerArray array(0, freshLock());
     array.pushBack(integer(42));
@@ -295,18 +286,6 @@ TEST_F(ArrayTest, TravelsInVariantAsItsInterface)
     EXPECT_EQ(seen->getTypeInfo(true).getName(), Utils::TypeInfo::get<IntegerArray>(true).getName());
     array.elementRef(0) = integer(0); // the Variant holds a copy of the array
     EXPECT_EQ(seen->elementRef(0)->getValue(), 42);
-}
-
-TEST_F(ArrayTest, TypesAreRegisteredUnderTheFrameworksIdentifiers)
-{
-    int size = 0;
-    Utils::TypeInfo::getTypeIdentifier<COWPtr<IntegerArray>>(nullptr, &size);
-    std::string identifier(static_cast<size_t>(size), '\0');
-    Utils::TypeInfo::getTypeIdentifier<COWPtr<IntegerArray>>(identifier.data(), &size);
-    EXPECT_EQ(identifier.c_str(), std::string("class Tarvik::DataProcessing::Utils::COWPtr<class "
-                                              "Tarvik::DataProcessing::Core::Array<class "
-                                              "Tarvik::DataProcessing::Core::IInteger,void> >"));
-    EXPECT_TRUE(Utils::TypeInfo::get<COWPtr<IntegerArray>>(false).isValid());
     const Utils::TypeInfo arrayType = Utils::TypeInfo::get<IntegerArray>(true);
     for (const Utils::TypeInfo& base :
          {Utils::TypeInfo::get<IntegerArrayInterface>(true), Utils::TypeInfo::get<Core::IArray>(true),

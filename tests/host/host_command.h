@@ -1,9 +1,14 @@
-// Runs the built tessal-host with arguments and keeps its exit code and output.
+// What the host tests share: the built tessal-host run with arguments, keeping
+// its exit code and output; empty folders for a run's outputs; its CSV files.
 #pragma once
 
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
 #include <string>
 #include <sys/wait.h>
+#include <vector>
 
 struct Command
 {
@@ -21,4 +26,32 @@ inline Command host(const std::string& arguments)
         output += chunk;
     const int status = pipe ? pclose(pipe) : -1;
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, output};
+}
+
+inline std::filesystem::path freshFolder(const std::string& name)
+{
+    const std::filesystem::path folder =
+        std::filesystem::temp_directory_path() / ("tessal-host-test-" + name);
+    std::filesystem::remove_all(folder);
+    return folder;
+}
+
+// The fields of each line after the header; an empty last field counts.
+inline std::vector<std::vector<std::string>> csvRows(const std::filesystem::path& file)
+{
+    std::ifstream in(file);
+    std::vector<std::vector<std::string>> rows;
+    std::string line;
+    std::getline(in, line);
+    while (std::getline(in, line))
+    {
+        std::vector<std::string> fields;
+        std::stringstream fieldsOf(line);
+        for (std::string field; std::getline(fieldsOf, field, ',');)
+            fields.push_back(field);
+        if (line.back() == ',')
+            fields.emplace_back();
+        rows.push_back(fields);
+    }
+    return rows;
 }

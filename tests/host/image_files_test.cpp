@@ -154,23 +154,6 @@ TEST_F(ImageFiles, UnreadableFilesGiveErrorValuesAndTheSequenceGoesOn)
     EXPECT_EQ(graph.statistics("files").errorCount(), 4u);
 }
 
-// A raw file is laid out as the image is: line padding after each line of each plane.
-TEST_F(ImageFiles, RawFramesOfPlanarFormatsPadEveryPlane)
-{
-    std::ofstream(folder / "0-planes.raw", std::ios::binary) << std::string(3 * 2 * (4 + 1), 'x');
-    std::ofstream(folder / "1-lines.raw", std::ios::binary) << std::string(2 * (3 * 4 + 1), 'x');
-
-    play({{"Path", folder.string()},
-          {"PixelFormat", "RGB8_Planar"},
-          {"Width", 4},
-          {"Height", 2},
-          {"PaddingX", 1}},
-         2);
-    ASSERT_EQ(source.size(), 2u);
-    EXPECT_FALSE(source[0]->hasError(false));
-    EXPECT_TRUE(source[1]->hasError(false));
-}
-
 TEST_F(ImageFiles, MissingFilesAndRawFilesWithoutALayoutAreRefused)
 {
     EXPECT_THROW(play({{"Path", (folder / "nothing-here").string()}}, 1), SourceError);
