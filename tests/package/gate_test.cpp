@@ -104,6 +104,7 @@ TEST_F(GateTest, ClientWritesReachRunAndEachRealChangeNotifiesOnce)
         setEnable(change.value);
         EXPECT_EQ(callbacks, change.callbacks) << "setEnable(" << change.value << ")";
         EXPECT_EQ(enable->GetValue(), change.value);
+        EXPECT_EQ(savedEnable(), change.value);
     }
     // Nothing given changes nothing.
     gate->load(nullptr);
