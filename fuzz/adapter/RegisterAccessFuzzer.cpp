@@ -102,6 +102,8 @@ public:
     {
         T value{};
         const size_t n = std::min(sizeof value, m_size);
+        if (n == 0)
+            return value; // an empty input may come as a null pointer, which memcpy must not see
         std::memcpy(&value, m_data, n);
         m_data += n;
         m_size -= n;
