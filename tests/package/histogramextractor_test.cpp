@@ -141,6 +141,11 @@ TEST_F(HistogramExtractorTest, HandsTheImagesOwnErrorToAllFourPinsWithoutALogLin
     for (const char* pin : allPins)
         EXPECT_EQ(array(outputs, pin)->getError(false), error) << pin;
     EXPECT_TRUE(log.entries().empty());
+
+    // Only the image's own error stops the counting; an error deeper down does not.
+    Counts sevens(256);
+    sevens[7] = 64;
+    expectMono(run({{"Image", claimingImage(Tarvik::PixelType_Mono8, 8, 8, 64, error)}}), sevens);
 }
 
 TEST_F(HistogramExtractorTest, FailuresInsideTheCountingEndAsErrorValuesWithoutALogLine)
