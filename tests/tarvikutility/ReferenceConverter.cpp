@@ -90,6 +90,17 @@ struct Pixel
     uint32_t r, g, b;
 };
 
+// Colour letter of any position of the endless Bayer pattern.
+char BayerColour(std::string_view firstRow, int64_t x, int64_t y)
+{
+    const char first = firstRow[static_cast<size_t>(x & 1)];
+    if ((y & 1) == 0)
+        return first;
+    if (first == 'G')
+        return firstRow[0] == 'G' ? (firstRow[1] == 'R' ? 'B' : 'R') : (firstRow[0] == 'R' ? 'B' : 'R');
+    return 'G';
+}
+
 class SourceReader
 {
 public:
@@ -130,15 +141,21 @@ public:
 
     uint32_t Clamp(uint32_t value) const { return std::min(value, (1u << m_format.depth) - 1); }
 
-    // Mono and Bayer samples.
-    uint32_t Raw(uint32_t x, uint32_t y) const
+    // Sample `c` of pixel (x, y) of the layouts that store samples one after another
+    // (mono, Bayer, plain and packed RGB) or in planes.
+    uint32_t Sample(uint32_t x, uint32_t y, uint32_t c = 0) const
     {
+        const size_t index = size_t{x} * m_format.samplesPerPixel + c;
         switch (m_format.layout)
         {
         case Layout::Byte:
-            return Byte(y, x);
+            return Byte(y, index);
         case Layout::Word:
-            return Clamp(Word(y, 2 * size_t{x}));
+            return Clamp(Word(y, 2 * index));
+        case Layout::LsbBits:
+            return Bits(y, uint64_t{index} * m_format.depth, m_format.depth);
+        case Layout::Planar:
+            return m_format.depth <= 8 ? Byte(y, x, c) : Clamp(Word(y, 2 * size_t{x}, c));
         case Layout::Grouped:
         {
             const uint32_t lowBits = m_format.depth - 8;
@@ -148,10 +165,8 @@ public:
                 return (Byte(y, group) << lowBits) | (middle & ((1u << lowBits) - 1));
             return (Byte(y, group + 2) << lowBits) | ((middle >> 4) & ((1u << lowBits) - 1));
         }
-        case Layout::LsbBits:
-            return Bits(y, uint64_t{x} * m_format.depth, m_format.depth);
         default:
-            throw std::logic_error("reference: not a mono layout");
+            throw std::logic_error("reference: no layout of single samples");
         }
     }
 
@@ -186,38 +201,9 @@ public:
 
     Pixel Colour(uint32_t x, uint32_t y) const
     {
-        std::array<uint32_t, 3> s{};
-        switch (m_format.layout)
-        {
-        case Layout::Byte:
-            for (uint32_t c = 0; c < 3; ++c)
-                s[c] = Byte(y, size_t{x} * m_format.samplesPerPixel + c);
-            break;
-        case Layout::Word:
-            for (uint32_t c = 0; c < 3; ++c)
-                s[c] = Clamp(Word(y, 2 * (size_t{x} * m_format.samplesPerPixel + c)));
-            break;
-        case Layout::LsbBits:
-            for (uint32_t c = 0; c < 3; ++c)
-                s[c] = Bits(y, (uint64_t{x} * 3 + c) * m_format.depth, m_format.depth);
-            break;
-        case Layout::Rgb565:
-        {
-            const uint32_t word = Word(y, 2 * size_t{x});
-            s = {(word & 31) * 2, (word >> 5) & 63, (word >> 11) * 2};
-            break;
-        }
-        case Layout::Rgb10In32:
-        {
-            const uint32_t word = Word(y, 4 * size_t{x}) | (Word(y, 4 * size_t{x} + 2) << 16);
-            s = {word & 1023, (word >> 10) & 1023, (word >> 20) & 1023};
-            break;
-        }
-        case Layout::Planar:
-            for (uint32_t c = 0; c < 3; ++c)
-                s[c] = m_format.depth <= 8 ? Byte(y, x, c) : Clamp(Word(y, 2 * size_t{x}, c));
-            break;
-        default:
+        if (m_format.kind == Kind::Bayer)
+            return Demosaiced(x, y);
+        if (m_format.kind == Kind::Yuv)
         {
             const auto [luma, u, v] = Yuv(x, y);
             const auto clamp = [](int32_t value) { return static_cast<uint32_t>(std::clamp(value, 0, 255)); };
@@ -225,46 +211,32 @@ public:
             return {clamp(luma + ((359 * e + 128) >> 8)), clamp(luma + ((-88 * d - 183 * e + 128) >> 8)),
                     clamp(luma + ((454 * d + 128) >> 8))};
         }
+        std::array<uint32_t, 3> s{};
+        if (m_format.layout == Layout::Rgb565)
+        {
+            const uint32_t word = Word(y, 2 * size_t{x});
+            s = {(word & 31) * 2, (word >> 5) & 63, (word >> 11) * 2};
+        }
+        else if (m_format.layout == Layout::Rgb10In32)
+        {
+            const uint32_t word = Word(y, 4 * size_t{x}) | (Word(y, 4 * size_t{x} + 2) << 16);
+            s = {word & 1023, (word >> 10) & 1023, (word >> 20) & 1023};
+        }
+        else
+        {
+            for (uint32_t c = 0; c < 3; ++c)
+                s[c] = Sample(x, y, c);
         }
         return m_format.blueFirst ? Pixel{s[2], s[1], s[0]} : Pixel{s[0], s[1], s[2]};
     }
 
-private:
-    const std::vector<uint8_t>& m_data;
-    const Format& m_format;
-    uint32_t m_width;
-    uint32_t m_height;
-    size_t m_stride;
-};
-
-// Colour letter of any position of the endless Bayer pattern.
-char BayerColour(std::string_view firstRow, int64_t x, int64_t y)
-{
-    const char first = firstRow[static_cast<size_t>(x & 1)];
-    if ((y & 1) == 0)
-        return first;
-    if (first == 'G')
-        return firstRow[0] == 'G' ? (firstRow[1] == 'R' ? 'B' : 'R') : (firstRow[0] == 'R' ? 'B' : 'R');
-    return 'G';
-}
-
-class BayerReference
-{
-public:
-    BayerReference(const SourceReader& reader, const Format& format, uint32_t width, uint32_t height)
-        : m_reader(reader)
-        , m_format(format)
-        , m_width(width)
-        , m_height(height)
-    {
-    }
-
-    Pixel At(uint32_t x, uint32_t y) const
+    // Own sample, and the others estimated from the neighbours; green first, as the
+    // estimate of a colour that has no neighbour here.
+    Pixel Demosaiced(uint32_t x, uint32_t y) const
     {
         const char own = BayerColour(m_format.bayerFirstRow, x, y);
-        const uint32_t raw = m_reader.Raw(x, y);
-        std::optional<uint32_t> green = own == 'G' ? std::optional<uint32_t>(raw) : Estimate(x, y, 'G');
-        const uint32_t greenValue = green.value_or(raw);
+        const uint32_t raw = Sample(x, y);
+        const uint32_t greenValue = own == 'G' ? raw : Estimate(x, y, 'G').value_or(raw);
         const auto channel = [&](char colour) -> uint32_t
         {
             if (colour == own)
@@ -276,7 +248,6 @@ public:
         return {channel('R'), channel('G'), channel('B')};
     }
 
-private:
     // The mean of the nearest samples of `colour`: the ones among the eight
     // neighbours whose pattern position has that colour, mirrored into the image.
     std::optional<uint32_t> Estimate(uint32_t x, uint32_t y, char colour) const
@@ -292,7 +263,7 @@ private:
                 const auto my = Mirror(int64_t{y} + dy, m_height);
                 if (!mx || !my)
                     continue;
-                sum += m_reader.Raw(*mx, *my);
+                sum += Sample(*mx, *my);
                 ++count;
             }
         }
@@ -312,10 +283,12 @@ private:
         return static_cast<uint32_t>(at);
     }
 
-    const SourceReader& m_reader;
+private:
+    const std::vector<uint8_t>& m_data;
     const Format& m_format;
     uint32_t m_width;
     uint32_t m_height;
+    size_t m_stride;
 };
 
 uint32_t Depth(uint32_t value, uint32_t from, uint32_t to, bool msbAligned)
@@ -332,7 +305,6 @@ std::vector<uint8_t> Convert(const std::vector<uint8_t>& source, EPixelType type
 {
     const Format format = Describe(type);
     const SourceReader reader(source, type, format, width, height, paddingX);
-    const BayerReference bayer(reader, format, width, height);
 
     const bool mono = options.output == PixelType_Mono8 || options.output == PixelType_Mono16;
     const uint32_t outDepth =
@@ -354,12 +326,12 @@ std::vector<uint8_t> Convert(const std::vector<uint8_t>& source, EPixelType type
             std::array<uint32_t, 3> rgb{};
             std::optional<uint32_t> grey;
             if (format.kind == Kind::Mono)
-                grey = Depth(reader.Raw(x, y), format.depth, outDepth, options.msbAligned);
+                grey = Depth(reader.Sample(x, y), format.depth, outDepth, options.msbAligned);
             else if (format.kind == Kind::Yuv && mono)
                 grey = Depth(static_cast<uint32_t>(reader.Yuv(x, y)[0]), 8, outDepth, options.msbAligned);
             else
             {
-                Pixel pixel = format.kind == Kind::Bayer ? bayer.At(x, y) : reader.Colour(x, y);
+                Pixel pixel = reader.Colour(x, y);
                 if (format.kind == Kind::Bayer && frame && !options.extrapolateEdges)
                     pixel = {0, 0, 0};
                 const uint32_t depth = format.kind == Kind::Yuv ? 8 : format.depth;
