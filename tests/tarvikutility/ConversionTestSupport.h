@@ -4,6 +4,7 @@
 
 #include <TarvikBase/PixelType.h>
 #include <TarvikBase/PixelTypeMapper.h>
+#include <TarvikUtility/ImageFormatConverter.h>
 
 #include <cstdint>
 #include <random>
@@ -28,6 +29,16 @@ inline std::vector<uint8_t> RandomBytes(size_t count, uint32_t seed)
     for (auto& value : bytes)
         value = static_cast<uint8_t>(byte(generator));
     return bytes;
+}
+
+// What the converter makes of rows without padding, in a target of the size it asks for.
+inline std::vector<uint8_t> Converted(Tarvik::CImageFormatConverter& converter,
+                                      const std::vector<uint8_t>& source, Tarvik::EPixelType type,
+                                      uint32_t width, uint32_t height)
+{
+    std::vector<uint8_t> target(converter.GetBufferSizeForConversion(width, height));
+    converter.Convert(target.data(), target.size(), source.data(), source.size(), type, width, height, 0);
+    return target;
 }
 
 inline std::string NameOf(Tarvik::EPixelType type)

@@ -1,6 +1,7 @@
 // The converter's settings: typed members and node map drive the same values,
 // both refuse what is out of range, and the next conversion obeys them.
 #include "../histogram/failure_text.h"
+#include "ConversionTestSupport.h"
 
 #include <GCBase/GCException.h>
 #include <GenApi/IEnumeration.h>
@@ -24,13 +25,10 @@ class ConverterSettings : public ::testing::Test
 protected:
     GenApi::INode* Node(const char* name) { return converter.GetNodeMap()->GetNode(name); }
 
-    Bytes ConvertMono10(uint16_t value)
+    // 0x312 in a Mono10 pixel.
+    Bytes ConvertMono10()
     {
-        const Bytes source = {static_cast<uint8_t>(value), static_cast<uint8_t>(value >> 8)};
-        Bytes target(converter.GetBufferSizeForConversion(1, 1));
-        converter.Convert(target.data(), target.size(), source.data(), source.size(), PixelType_Mono10, 1, 1,
-                          0);
-        return target;
+        return ConversionTestSupport::Converted(converter, {0x12, 0x03}, PixelType_Mono10, 1, 1);
     }
 
     CImageFormatConverter converter;
@@ -42,12 +40,12 @@ TEST_F(ConverterSettings, MembersAndMapShowEachOthersWritesAndTheNextConversionO
 {
     EXPECT_EQ(GenApi::CEnumerationPtr(Node("OutputPixelFormat"))->ToString(), "BGRa8");
     converter.OutputPixelFormat = PixelType_Mono16;
-    EXPECT_EQ(ConvertMono10(0x312), (Bytes{0x12, 0x03}));
+    EXPECT_EQ(ConvertMono10(), (Bytes{0x12, 0x03}));
     GenApi::CEnumerationPtr(Node("OutputBitAlignment"))->FromString("MsbAligned");
     EXPECT_EQ(converter.OutputBitAlignment.GetValue(), OutputBitAlignment_MsbAligned);
-    EXPECT_EQ(ConvertMono10(0x312), (Bytes{0x80, 0xC4}));
+    EXPECT_EQ(ConvertMono10(), (Bytes{0x80, 0xC4}));
     GenApi::CEnumerationPtr(Node("OutputPixelFormat"))->FromString("BGRa8");
-    EXPECT_EQ(ConvertMono10(0x312), (Bytes{0xC4, 0xC4, 0xC4, 0xFF}));
+    EXPECT_EQ(ConvertMono10(), (Bytes{0xC4, 0xC4, 0xC4, 0xFF}));
     GenApi::CIntegerPtr(Node("OutputPaddingX"))->SetValue(3);
     EXPECT_EQ(converter.GetBufferSizeForConversion(2, 2), 2u * (8 + 3));
 

@@ -15,19 +15,6 @@
 using namespace Tarvik;
 using namespace ConversionTestSupport;
 
-namespace
-{
-
-std::vector<uint8_t> ConvertWith(CImageFormatConverter& converter, const std::vector<uint8_t>& source,
-                                 EPixelType type, uint32_t width, uint32_t height)
-{
-    std::vector<uint8_t> target(converter.GetBufferSizeForConversion(width, height));
-    converter.Convert(target.data(), target.size(), source.data(), source.size(), type, width, height, 0);
-    return target;
-}
-
-} // namespace
-
 TEST(ImageFormatConverterThreads, NodeMapWritesDuringConversionsGiveOneSettingOrTheOther)
 {
     const uint32_t width = 64;
@@ -35,9 +22,9 @@ TEST(ImageFormatConverterThreads, NodeMapWritesDuringConversionsGiveOneSettingOr
     const std::vector<uint8_t> source = RandomBytes(MinimalBytes(PixelType_Mono10, width, height, 0), 3);
     CImageFormatConverter converter;
     converter.OutputPixelFormat = PixelType_Mono16;
-    const std::vector<uint8_t> lsb = ConvertWith(converter, source, PixelType_Mono10, width, height);
+    const std::vector<uint8_t> lsb = Converted(converter, source, PixelType_Mono10, width, height);
     converter.OutputBitAlignment = OutputBitAlignment_MsbAligned;
-    const std::vector<uint8_t> msb = ConvertWith(converter, source, PixelType_Mono10, width, height);
+    const std::vector<uint8_t> msb = Converted(converter, source, PixelType_Mono10, width, height);
     ASSERT_NE(lsb, msb);
 
     GenApi::CEnumerationPtr alignment = converter.GetNodeMap()->GetNode("OutputBitAlignment");
@@ -51,7 +38,7 @@ TEST(ImageFormatConverterThreads, NodeMapWritesDuringConversionsGiveOneSettingOr
     int mixed = 0;
     for (int i = 0; i < 200; ++i)
     {
-        const std::vector<uint8_t> result = ConvertWith(converter, source, PixelType_Mono10, width, height);
+        const std::vector<uint8_t> result = Converted(converter, source, PixelType_Mono10, width, height);
         mixed += result != lsb && result != msb;
     }
     stop = true;
