@@ -7,6 +7,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 
 namespace ReferenceConversion
 {
@@ -24,10 +25,7 @@ enum class Layout
     Rgb565,
     Rgb10In32,
     Planar,
-    Uyvy,
-    Yuyv,
-    Uyyvyy,
-    Uyv,
+    YuvGroups,
 };
 
 enum class Kind
@@ -38,6 +36,16 @@ enum class Kind
     Yuv,
 };
 
+// Where the samples of a group of YUV pixels lie among its bytes.
+struct YuvGroup
+{
+    uint32_t pixels;
+    uint32_t bytes;
+    std::array<uint32_t, 4> luma;
+    uint32_t u;
+    uint32_t v;
+};
+
 struct Format
 {
     Kind kind;
@@ -46,6 +54,7 @@ struct Format
     uint32_t samplesPerPixel; // interleaved samples stored per pixel
     bool blueFirst;
     std::string_view bayerFirstRow; // colours of (0,0) and (1,0)
+    YuvGroup yuv{};
 };
 
 Format Describe(EPixelType type)
@@ -66,11 +75,11 @@ Format Describe(EPixelType type)
     }
     if (name.starts_with("YUV"))
     {
-        const Layout layout = name == "YUV422_8_UYVY" ? Layout::Uyvy
-                              : name == "YUV422_8"    ? Layout::Yuyv
-                              : name == "YUV8_UYV"    ? Layout::Uyv
-                                                      : Layout::Uyyvyy;
-        return {Kind::Yuv, layout, 8, 0, false, {}};
+        const YuvGroup group = name == "YUV422_8_UYVY" ? YuvGroup{2, 4, {1, 3}, 0, 2}
+                               : name == "YUV422_8"    ? YuvGroup{2, 4, {0, 2}, 1, 3}
+                               : name == "YUV8_UYV"    ? YuvGroup{1, 3, {1}, 0, 2}
+                                                       : YuvGroup{4, 6, {1, 2, 4, 5}, 0, 3};
+        return {Kind::Yuv, Layout::YuvGroups, 8, 0, false, {}, group};
     }
     const bool blueFirst = name.starts_with("BGR");
     if (name.ends_with("_Planar"))
@@ -85,10 +94,7 @@ Format Describe(EPixelType type)
     return {Kind::Rgb, depth == 8 ? Layout::Byte : Layout::Word, depth, samples, blueFirst, {}};
 }
 
-struct Pixel
-{
-    uint32_t r, g, b;
-};
+using Rgb = std::array<uint32_t, 3>;
 
 // Colour letter of any position of the endless Bayer pattern.
 char BayerColour(std::string_view firstRow, int64_t x, int64_t y)
@@ -170,36 +176,17 @@ public:
         }
     }
 
-    // Y, U, V of a YUV pixel; 128 for chroma beyond the row end.
+    // Y, U, V of a YUV pixel; 128 for a V that its group would hold beyond the row end.
     std::array<int32_t, 3> Yuv(uint32_t x, uint32_t y) const
     {
-        switch (m_format.layout)
-        {
-        case Layout::Uyv:
-            return {Byte(y, 3 * x + 1), Byte(y, 3 * x), Byte(y, 3 * x + 2)};
-        case Layout::Uyvy:
-        case Layout::Yuyv:
-        {
-            const bool uFirst = m_format.layout == Layout::Uyvy;
-            const size_t pair = 4 * size_t{x / 2};
-            const int32_t luma = Byte(y, pair + (uFirst ? 1 : 0) + 2 * (x % 2));
-            const int32_t u = Byte(y, pair + (uFirst ? 0 : 1));
-            const int32_t v = x / 2 * 2 + 1 < m_width ? Byte(y, pair + (uFirst ? 2 : 3)) : 128;
-            return {luma, u, v};
-        }
-        case Layout::Uyyvyy:
-        {
-            const size_t group = 6 * size_t{x / 4};
-            static constexpr size_t kLuma[] = {1, 2, 4, 5};
-            const int32_t v = x / 4 * 4 + 2 < m_width ? Byte(y, group + 3) : 128;
-            return {Byte(y, group + kLuma[x % 4]), Byte(y, group), v};
-        }
-        default:
-            throw std::logic_error("reference: not a YUV layout");
-        }
+        const YuvGroup& group = m_format.yuv;
+        const size_t first = size_t{x / group.pixels} * group.bytes;
+        const bool hasV = x / group.pixels * group.pixels + group.pixels / 2 < m_width;
+        return {Byte(y, first + group.luma[x % group.pixels]), Byte(y, first + group.u),
+                hasV ? Byte(y, first + group.v) : 128};
     }
 
-    Pixel Colour(uint32_t x, uint32_t y) const
+    Rgb Colour(uint32_t x, uint32_t y) const
     {
         if (m_format.kind == Kind::Bayer)
             return Demosaiced(x, y);
@@ -211,7 +198,7 @@ public:
             return {clamp(luma + ((359 * e + 128) >> 8)), clamp(luma + ((-88 * d - 183 * e + 128) >> 8)),
                     clamp(luma + ((454 * d + 128) >> 8))};
         }
-        std::array<uint32_t, 3> s{};
+        Rgb s{};
         if (m_format.layout == Layout::Rgb565)
         {
             const uint32_t word = Word(y, 2 * size_t{x});
@@ -227,12 +214,14 @@ public:
             for (uint32_t c = 0; c < 3; ++c)
                 s[c] = Sample(x, y, c);
         }
-        return m_format.blueFirst ? Pixel{s[2], s[1], s[0]} : Pixel{s[0], s[1], s[2]};
+        if (m_format.blueFirst)
+            std::swap(s[0], s[2]);
+        return s;
     }
 
     // Own sample, and the others estimated from the neighbours; green first, as the
     // estimate of a colour that has no neighbour here.
-    Pixel Demosaiced(uint32_t x, uint32_t y) const
+    Rgb Demosaiced(uint32_t x, uint32_t y) const
     {
         const char own = BayerColour(m_format.bayerFirstRow, x, y);
         const uint32_t raw = Sample(x, y);
@@ -323,7 +312,7 @@ std::vector<uint8_t> Convert(const std::vector<uint8_t>& source, EPixelType type
         for (uint32_t x = 0; x < width; ++x)
         {
             const bool frame = x == 0 || y == 0 || x + 1 == width || y + 1 == height;
-            std::array<uint32_t, 3> rgb{};
+            Rgb rgb{};
             std::optional<uint32_t> grey;
             if (format.kind == Kind::Mono)
                 grey = Depth(reader.Sample(x, y), format.depth, outDepth, options.msbAligned);
@@ -331,13 +320,11 @@ std::vector<uint8_t> Convert(const std::vector<uint8_t>& source, EPixelType type
                 grey = Depth(static_cast<uint32_t>(reader.Yuv(x, y)[0]), 8, outDepth, options.msbAligned);
             else
             {
-                Pixel pixel = reader.Colour(x, y);
-                if (format.kind == Kind::Bayer && frame && !options.extrapolateEdges)
-                    pixel = {0, 0, 0};
+                if (format.kind != Kind::Bayer || !frame || options.extrapolateEdges)
+                    rgb = reader.Colour(x, y);
                 const uint32_t depth = format.kind == Kind::Yuv ? 8 : format.depth;
-                rgb = {Depth(pixel.r, depth, outDepth, options.msbAligned),
-                       Depth(pixel.g, depth, outDepth, options.msbAligned),
-                       Depth(pixel.b, depth, outDepth, options.msbAligned)};
+                for (uint32_t& sample : rgb)
+                    sample = Depth(sample, depth, outDepth, options.msbAligned);
             }
             if (grey)
                 rgb = {*grey, *grey, *grey};
