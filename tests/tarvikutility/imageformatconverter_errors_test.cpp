@@ -83,7 +83,7 @@ TEST(ImageFormatConverterErrors, BadCallsAreRefusedWithAnExceptionThatSaysWhy)
     }
 }
 
-TEST(ImageFormatConverterErrorsMisc, NullBuffersAndUnknownOrientationsAreRefused)
+TEST(ImageFormatConverterErrors, NullBuffersUnknownOrientationsAndEmptyImagesAreRefused)
 {
     CImageFormatConverter converter;
     std::vector<uint8_t> buffer(64);
@@ -94,11 +94,8 @@ TEST(ImageFormatConverterErrorsMisc, NullBuffersAndUnknownOrientationsAreRefused
     EXPECT_THROW(converter.Convert(buffer.data(), 64, buffer.data(), 64, PixelType_Mono8, 2, 2, 0,
                                    static_cast<EImageOrientation>(2)),
                  GenICam::InvalidArgumentException);
-}
 
-TEST(ImageFormatConverterErrorsMisc, ImageConversionRefusesEmptySourcesAndKeepsTheTarget)
-{
-    CImageFormatConverter converter;
+    // An image conversion refuses an empty source and keeps the target.
     CTarvikImage target(PixelType_Mono8, 3, 3);
     static_cast<uint8_t*>(target.GetBuffer())[4] = 42;
     EXPECT_THROW(converter.Convert(target, CTarvikImage()), GenICam::InvalidArgumentException);
