@@ -1,7 +1,9 @@
 // Test tools for the GenApi runtime: a port that keeps its registers in memory,
-// the documents of tests/data/genicam and documents made on the spot, a fixture
-// that loads one of them, and the text of the exception an access throws.
+// the documents of tests/data/genicam and documents made on the spot, and a
+// fixture that loads one of them.
 #pragma once
+
+#include "../histogram/failure_text.h"
 
 #include <GenApi/GenApi.h>
 
@@ -10,7 +12,6 @@
 #include <cstdint>
 #include <cstring>
 #include <fstream>
-#include <functional>
 #include <map>
 #include <sstream>
 #include <stdexcept>
@@ -59,20 +60,6 @@ inline GenApi::INodeMap* CreateMap(const std::string& text, GenApi::CLock* lock 
                                     GenApi::CacheUsage_Ignore, false);
     return lock != nullptr ? factory.CreateNodeMap(*lock, "Device", true)
                            : factory.CreateNodeMap("Device", true);
-}
-
-// "ExceptionName: description" of the GenICam exception the action throws.
-inline std::string ErrorText(const std::function<void()>& action)
-{
-    try
-    {
-        action();
-    }
-    catch (const GenICam::GenericException& e)
-    {
-        return std::string(e.GetExceptionName()) + ": " + e.GetDescription();
-    }
-    return "no exception";
 }
 
 // A register space of a fixed size in memory. Accesses outside it throw, so a

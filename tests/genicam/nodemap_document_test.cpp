@@ -6,7 +6,6 @@
 #include <memory>
 
 using namespace GenApi;
-using GenApiTest::ErrorText;
 
 namespace
 {
@@ -53,20 +52,20 @@ TEST(NodeMapRef, ReferenceWithoutMapAndEmptyOrMistypedViewsRefuseUse)
 {
     CNodeMapRef ref("Camera");
     EXPECT_EQ(ref._GetDeviceName(), "Camera");
-    EXPECT_EQ(ErrorText([&] { ref._GetNode("Enable"); }),
+    EXPECT_EQ(failureOf([&] { ref._GetNode("Enable"); }),
               "AccessException: Feature not present (reference not valid)");
-    EXPECT_EQ(ErrorText([&] { ref._Connect(nullptr, "Port"); }),
+    EXPECT_EQ(failureOf([&] { ref._Connect(nullptr, "Port"); }),
               "AccessException: Feature not present (reference not valid)");
     CIntegerPtr empty;
     EXPECT_FALSE(IsReadable(empty));
-    EXPECT_EQ(ErrorText([&] { empty->GetValue(); }), "LogicalErrorException: NULL pointer dereferenced");
+    EXPECT_EQ(failureOf([&] { empty->GetValue(); }), "LogicalErrorException: NULL pointer dereferenced");
 
     CNodeMapRef gate(GenApiTest::CreateMap(GenApiTest::ReadDocument("gate.xml")));
     EXPECT_FALSE(CIntegerPtr(gate._GetNode("Enable")).IsValid()) << "a Boolean is no Integer";
     EXPECT_TRUE(CValuePtr(gate._GetNode("Enable")).IsValid());
     CCategoryPtr category = gate._GetNode("Root");
     EXPECT_EQ(category->GetAccessMode(), RO);
-    EXPECT_EQ(ErrorText([&] { category->FromString("x"); }),
+    EXPECT_EQ(failureOf([&] { category->FromString("x"); }),
               "AccessException: [Root] cannot be written: a category has no value");
 }
 
@@ -82,7 +81,7 @@ TEST(NodeMapFactory, EveryCreateBuildsAnIndependentMapUntilTheDocumentIsReleased
     EXPECT_EQ(CNodePtr(second._GetNode("Width"))->GetDeviceName(), "Second");
     CIntegerPtr(first._GetNode("Width"))->SetValue(32);
     EXPECT_EQ(CIntegerPtr(second._GetNode("Width"))->GetValue(), 640);
-    EXPECT_EQ(ErrorText([&] { factory.CreateNodeMap(); }),
+    EXPECT_EQ(failureOf([&] { factory.CreateNodeMap(); }),
               "RuntimeException: Node map factory holds no register description")
         << "the copy released the document they share";
 }
@@ -120,7 +119,7 @@ TEST(NodeMapRefusedText, EmptyTextBytesThatAreNoXmlCharactersAndCircles)
          "PropertyException: [Gain] depends on itself: Gain -> Gain"},
     };
     for (const auto& [text, error] : cases)
-        EXPECT_EQ(ErrorText([&] { CNodeMapRef ref(GenApiTest::CreateMap(text)); }), error);
+        EXPECT_EQ(failureOf([&] { CNodeMapRef ref(GenApiTest::CreateMap(text)); }), error);
 }
 
 } // namespace

@@ -3,10 +3,10 @@
 // the reasons of refused accesses.
 #include "genapi_test_support.h"
 
+#include <functional>
 #include <limits>
 
 using namespace GenApi;
-using GenApiTest::ErrorText;
 
 namespace
 {
@@ -53,7 +53,7 @@ TEST_F(NodeMapFeatures, GateAccessModeFollowsItsStateRegistersAndThePort)
     CBooleanPtr enable = ref._GetNode("Enable");
     EXPECT_EQ(enable->GetAccessMode(), NA) << "EnableIsAvailable reads 0";
     EXPECT_THROW(enable->GetValue(), GenICam::AccessException);
-    EXPECT_EQ(ErrorText([&] { enable->SetValue(true); }),
+    EXPECT_EQ(failureOf([&] { enable->SetValue(true); }),
               "AccessException: [Enable] cannot be written: it is not available");
     port.Poke<uint64_t>(0x8, 1);
     EXPECT_EQ(enable->GetAccessMode(), RW);
@@ -61,7 +61,7 @@ TEST_F(NodeMapFeatures, GateAccessModeFollowsItsStateRegistersAndThePort)
     port.Poke<uint64_t>(0x10, 1);
     EXPECT_EQ(enable->GetAccessMode(), RO);
     EXPECT_FALSE(enable->GetValue()) << "a locked feature stays readable";
-    EXPECT_EQ(ErrorText([&] { enable->SetValue(true); }),
+    EXPECT_EQ(failureOf([&] { enable->SetValue(true); }),
               "AccessException: [Enable] cannot be written: it is locked");
     EXPECT_EQ(port.Peek<uint64_t>(0x0), 0u);
     port.Poke<uint64_t>(0x10, 0);
@@ -72,7 +72,7 @@ TEST_F(NodeMapFeatures, GateAccessModeFollowsItsStateRegistersAndThePort)
     EXPECT_EQ(enable->GetAccessMode(), RO);
     ref._Connect(nullptr, "EnablePort");
     EXPECT_EQ(enable->GetAccessMode(), NA) << "without a port nothing is available";
-    EXPECT_EQ(ErrorText([&] { CIntegerPtr(ref._GetNode("EnableValue"))->GetValue(); }),
+    EXPECT_EQ(failureOf([&] { CIntegerPtr(ref._GetNode("EnableValue"))->GetValue(); }),
               "AccessException: [EnableValue] cannot be read: it is not available (port 'EnablePort' is not "
               "connected)");
 }
@@ -110,7 +110,7 @@ TEST_F(NodeMapFeatures, IntegersTakeValueAndLimitsFromRegistersOrConstantsAndRef
          "[Width] value 1000 off the increment grid of minimum 16 and increment 16"},
     };
     for (const auto& [write, text] : refused)
-        EXPECT_EQ(ErrorText(write), std::string("OutOfRangeException: ") + text);
+        EXPECT_EQ(failureOf(write), std::string("OutOfRangeException: ") + text);
     EXPECT_EQ(port.Peek<int64_t>(0x0), 16) << "a refused write leaves the register alone";
     EXPECT_EQ(width->GetValue(), 1024);
 
@@ -142,7 +142,7 @@ TEST_F(NodeMapFeatures, FeaturesOfOnePortUseTheirOwnAddressesAndFloatLimits)
         {std::numeric_limits<double>::infinity(), "[Fps] value INF above maximum 1000"},
     };
     for (const auto& [value, text] : refused)
-        EXPECT_EQ(ErrorText([&] { fps->SetValue(value); }), std::string("OutOfRangeException: ") + text);
+        EXPECT_EQ(failureOf([&] { fps->SetValue(value); }), std::string("OutOfRangeException: ") + text);
     EXPECT_DOUBLE_EQ(port.Peek<double>(0x0), 25.0);
 
     throttle->SetValue(true);
@@ -186,7 +186,7 @@ TEST_F(NodeMapFeatures, EnumerationsChooseAmongTheirAvailableEntries)
     EXPECT_EQ(alignment->ToString(), "LsbAligned");
     *alignment = "MsbAligned";
     EXPECT_EQ(alignment->GetIntValue(), 1);
-    EXPECT_EQ(ErrorText([&] { alignment->SetIntValue(2); }),
+    EXPECT_EQ(failureOf([&] { alignment->SetIntValue(2); }),
               "OutOfRangeException: [OutputBitAlignment] value 2 is the value of no entry");
     EXPECT_THROW(alignment->FromString("Centered"), GenICam::InvalidArgumentException);
     NodeList_t entries;
@@ -201,7 +201,7 @@ TEST_F(NodeMapFeatures, EnumerationsChooseAmongTheirAvailableEntries)
     StringList_t symbols;
     pixelFormat->GetSymbolics(symbols);
     EXPECT_EQ(symbols, (StringList_t{"Mono8", "Mono16"}));
-    EXPECT_EQ(ErrorText([&] { *pixelFormat = "BGRa8"; }),
+    EXPECT_EQ(failureOf([&] { *pixelFormat = "BGRa8"; }),
               "AccessException: [PixelFormat] entry 'BGRa8' is not available");
     port.Poke<uint8_t>(0x104, 1);
     *pixelFormat = "BGRa8";
