@@ -147,8 +147,7 @@ public:
 
     uint32_t Clamp(uint32_t value) const { return std::min(value, (1u << m_format.depth) - 1); }
 
-    // Sample `c` of pixel (x, y) of the layouts that store samples one after another
-    // (mono, Bayer, plain and packed RGB) or in planes.
+    // Sample `c` of pixel (x, y) of every layout but YUV.
     uint32_t Sample(uint32_t x, uint32_t y, uint32_t c = 0) const
     {
         const size_t index = size_t{x} * m_format.samplesPerPixel + c;
@@ -162,6 +161,11 @@ public:
             return Bits(y, uint64_t{index} * m_format.depth, m_format.depth);
         case Layout::Planar:
             return m_format.depth <= 8 ? Byte(y, x, c) : Clamp(Word(y, 2 * size_t{x}, c));
+        case Layout::Rgb10In32:
+            return Bits(y, 32 * uint64_t{x} + 10 * c, 10);
+        case Layout::Rgb565: // 5-bit red and blue read as 6-bit values
+            return c == 1 ? Bits(y, 16 * uint64_t{x} + 5, 6)
+                          : 2 * Bits(y, 16 * uint64_t{x} + 11 * (c / 2), 5);
         case Layout::Grouped:
         {
             const uint32_t lowBits = m_format.depth - 8;
@@ -172,7 +176,7 @@ public:
             return (Byte(y, group + 2) << lowBits) | ((middle >> 4) & ((1u << lowBits) - 1));
         }
         default:
-            throw std::logic_error("reference: no layout of single samples");
+            throw std::logic_error("reference: YUV has no single samples");
         }
     }
 
@@ -198,22 +202,7 @@ public:
             return {clamp(luma + ((359 * e + 128) >> 8)), clamp(luma + ((-88 * d - 183 * e + 128) >> 8)),
                     clamp(luma + ((454 * d + 128) >> 8))};
         }
-        Rgb s{};
-        if (m_format.layout == Layout::Rgb565)
-        {
-            const uint32_t word = Word(y, 2 * size_t{x});
-            s = {(word & 31) * 2, (word >> 5) & 63, (word >> 11) * 2};
-        }
-        else if (m_format.layout == Layout::Rgb10In32)
-        {
-            const uint32_t word = Word(y, 4 * size_t{x}) | (Word(y, 4 * size_t{x} + 2) << 16);
-            s = {word & 1023, (word >> 10) & 1023, (word >> 20) & 1023};
-        }
-        else
-        {
-            for (uint32_t c = 0; c < 3; ++c)
-                s[c] = Sample(x, y, c);
-        }
+        Rgb s{Sample(x, y, 0), Sample(x, y, 1), Sample(x, y, 2)};
         if (m_format.blueFirst)
             std::swap(s[0], s[2]);
         return s;
