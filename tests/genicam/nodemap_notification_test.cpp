@@ -10,7 +10,7 @@ namespace
 
 using NodeMapNotification = GenApiTest::CMapTest;
 
-TEST_F(NodeMapNotification, InvalidatingAPortOrAStateRunsTheCallbacksOfWhatDependsOnIt)
+TEST_F(NodeMapNotification, InvalidationsRunTheCallbacksOfWhatDependsOnThemInsideOrOutsideTheLock)
 {
     Load(GenApiTest::ReadDocument("gate.xml"), "EnablePort");
     port.Poke<uint64_t>(0x8, 1);
@@ -26,11 +26,8 @@ TEST_F(NodeMapNotification, InvalidatingAPortOrAStateRunsTheCallbacksOfWhatDepen
     EXPECT_EQ(calls["EnableValue"], 2) << "the value register does not read the lock";
     port.Replay(nullptr, true);
     EXPECT_EQ(calls["Enable"], 4);
-}
 
-TEST_F(NodeMapNotification, CallbacksRunInsideOrOutsideTheLockUntilDeregistered)
-{
-    Load(GenApiTest::ReadDocument("gate.xml"), "EnablePort");
+    // Callbacks run inside or outside the lock until they are deregistered.
     INode* enable = ref._GetNode("Enable");
     std::vector<std::string> events;
     auto locked = [&] { return GenApiTest::IsLockedElsewhere(lock) ? " locked" : " free"; };
