@@ -285,13 +285,8 @@ std::vector<uint8_t> Convert(const std::vector<uint8_t>& source, EPixelType type
     const SourceReader reader(source, type, format, width, height, paddingX);
 
     const bool mono = options.output == PixelType_Mono8 || options.output == PixelType_Mono16;
-    const uint32_t outDepth =
-        options.output == PixelType_Mono16 || options.output == PixelType_RGB16 ? 16 : 8;
-    const size_t outBytes = options.output == PixelType_Mono8    ? 1
-                            : options.output == PixelType_Mono16 ? 2
-                            : options.output == PixelType_RGB8   ? 3
-                            : options.output == PixelType_RGB16  ? 6
-                                                                 : 4;
+    const uint32_t outDepth = FindPixelTypeInfo(options.output)->bitDepth;
+    const size_t outBytes = FindPixelTypeInfo(options.output)->bitsPerPixel / 8;
     const size_t stride = outBytes * width + options.outputPaddingX;
     std::vector<uint8_t> result(stride * height, options.paddingFill);
 
@@ -302,24 +297,18 @@ std::vector<uint8_t> Convert(const std::vector<uint8_t>& source, EPixelType type
         {
             const bool frame = x == 0 || y == 0 || x + 1 == width || y + 1 == height;
             Rgb rgb{};
-            std::optional<uint32_t> grey;
+            const bool grey = format.kind == Kind::Mono || (format.kind == Kind::Yuv && mono);
             if (format.kind == Kind::Mono)
-                grey = Depth(reader.Sample(x, y), format.depth, outDepth, options.msbAligned);
-            else if (format.kind == Kind::Yuv && mono)
-                grey = Depth(static_cast<uint32_t>(reader.Yuv(x, y)[0]), 8, outDepth, options.msbAligned);
-            else
-            {
-                if (format.kind != Kind::Bayer || !frame || options.extrapolateEdges)
-                    rgb = reader.Colour(x, y);
-                const uint32_t depth = format.kind == Kind::Yuv ? 8 : format.depth;
-                for (uint32_t& sample : rgb)
-                    sample = Depth(sample, depth, outDepth, options.msbAligned);
-            }
-            if (grey)
-                rgb = {*grey, *grey, *grey};
+                rgb.fill(reader.Sample(x, y));
+            else if (grey)
+                rgb.fill(static_cast<uint32_t>(reader.Yuv(x, y)[0]));
+            else if (format.kind != Kind::Bayer || !frame || options.extrapolateEdges)
+                rgb = reader.Colour(x, y);
+            for (uint32_t& sample : rgb)
+                sample = Depth(sample, format.depth, outDepth, options.msbAligned);
             std::array<uint32_t, 4> samples = {rgb[0], rgb[1], rgb[2], 0};
-            if (mono)
-                samples[0] = grey.value_or((77 * rgb[0] + 150 * rgb[1] + 29 * rgb[2] + 128) / 256);
+            if (mono && !grey)
+                samples[0] = (77 * rgb[0] + 150 * rgb[1] + 29 * rgb[2] + 128) / 256;
             else if (options.output == PixelType_BGRa8)
                 samples = {rgb[2], rgb[1], rgb[0], 255};
             // Little-endian samples: one for mono, three for RGB, four for BGRa.
