@@ -56,13 +56,11 @@ std::string Describe(EPixelType source, const Case& c)
 
 ReferenceConversion::Options OptionsOf(const Case& c)
 {
-    ReferenceConversion::Options options;
-    options.output = c.output;
-    options.outputPaddingX = c.outputPaddingX;
-    options.msbAligned = c.msbAligned;
-    options.extrapolateEdges = c.extrapolate;
-    options.reverseRows = c.bottomUpSource != c.bottomUpOutput;
-    return options;
+    return {.output = c.output,
+            .outputPaddingX = c.outputPaddingX,
+            .msbAligned = c.msbAligned,
+            .extrapolateEdges = c.extrapolate,
+            .reverseRows = c.bottomUpSource != c.bottomUpOutput};
 }
 
 // The library's result for a source that starts `c.sourceOffset` bytes into `storage`.
