@@ -69,11 +69,6 @@ inline GenApi::INodeMap* CreateMap(const std::string& text, GenApi::CLock* lock 
 class CMemoryPort : public GenApi::CPortImpl
 {
 public:
-    explicit CMemoryPort(size_t size = 0x200)
-        : m_bytes(size, 0)
-    {
-    }
-
     GenApi::EAccessMode GetAccessMode() const override { return accessMode; }
 
     void Read(void* pBuffer, int64_t Address, int64_t Length) override
@@ -120,7 +115,7 @@ private:
                                          static_cast<long long>(length), static_cast<long long>(address));
     }
 
-    std::vector<uint8_t> m_bytes;
+    std::vector<uint8_t> m_bytes = std::vector<uint8_t>(0x200);
 };
 
 // Whether another thread finds the lock taken right now.

@@ -252,10 +252,8 @@ TEST(ImageFormatConverterLargeFrames, StreamingStoresMatchTheReference)
         const std::vector<uint8_t> storage =
             RandomBytes(MinimalBytes(source, c.width, c.height, c.sourcePaddingX), 3);
         const std::vector<uint8_t> target = ConvertWithLibrary(storage, source, c);
-        size_t sourceStride = 0;
-        size_t targetStride = 0;
-        ComputeStride(sourceStride, source, c.width, c.sourcePaddingX);
-        ComputeStride(targetStride, c.output, c.width, c.outputPaddingX);
+        const size_t sourceStride = ComputeBufferSize(source, c.width, 1, c.sourcePaddingX);
+        const size_t targetStride = ComputeBufferSize(c.output, c.width, 1, c.outputPaddingX);
         for (const size_t first : {size_t{0}, size_t{c.height / 2 & ~1u}, size_t{c.height - 4}})
         {
             const auto begin = storage.begin() + static_cast<std::ptrdiff_t>(first * sourceStride);
