@@ -3,8 +3,8 @@
 // the reasons of refused accesses.
 #include "genapi_test_support.h"
 
-#include <functional>
 #include <limits>
+#include <tuple>
 
 using namespace GenApi;
 
@@ -96,18 +96,16 @@ TEST_F(NodeMapFeatures, IntegersTakeValueAndLimitsFromRegistersOrConstantsAndRef
     EXPECT_EQ(width->GetValue(), 640);
     width->SetValue(1024);
 
-    const std::pair<std::function<void()>, const char*> refused[] = {
-        {[&] { offset->SetValue(-104); }, "[Offset] value -104 below minimum -100"},
-        {[&] { offset->SetValue(104); }, "[Offset] value 104 above maximum 100"},
-        {[&] { offset->SetValue(-98); },
-         "[Offset] value -98 off the increment grid of minimum -100 and increment 4"},
-        {[&] { offset->SetValue(std::numeric_limits<int64_t>::min()); },
+    const std::tuple<CIntegerPtr, int64_t, const char*> refused[] = {
+        {offset, -104, "[Offset] value -104 below minimum -100"},
+        {offset, 104, "[Offset] value 104 above maximum 100"},
+        {offset, -98, "[Offset] value -98 off the increment grid of minimum -100 and increment 4"},
+        {offset, std::numeric_limits<int64_t>::min(),
          "[Offset] value -9223372036854775808 below minimum -100"},
-        {[&] { width->SetValue(1000); },
-         "[Width] value 1000 off the increment grid of minimum 16 and increment 16"},
+        {width, 1000, "[Width] value 1000 off the increment grid of minimum 16 and increment 16"},
     };
-    for (const auto& [write, text] : refused)
-        EXPECT_EQ(failureOf(write), std::string("OutOfRangeException: ") + text);
+    for (const auto& [node, value, text] : refused)
+        EXPECT_EQ(failureOf([&] { node->SetValue(value); }), std::string("OutOfRangeException: ") + text);
     EXPECT_EQ(port.Peek<int64_t>(0x0), 16) << "a refused write leaves the register alone";
     EXPECT_EQ(width->GetValue(), 1024);
 
