@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <initializer_list>
 #include <memory>
 #include <vector>
 
@@ -34,12 +33,6 @@ COWPtr<IInteger> integer(int64_t value)
 std::shared_ptr<Core::IError> error(const char* text)
 {
     return std::make_shared<Core::InvalidValueError>(text, Utils::DateTime::now());
-}
-
-void append(IntegerArray& array, std::initializer_list<int64_t> values)
-{
-    for (const int64_t value : values)
-        array.pushBack(integer(value));
 }
 
 int64_t sizeOf(Core::IArray& array)
@@ -239,7 +232,7 @@ TEST(Array, AssignmentNotifiesOnceUnlessItIsRefusedOrFromItself)
     flags.pushBack(COWPtr<Core::IBoolean>(new Core::Boolean(true, freshLock())));
     const IntegerArray neverFilled(0, freshLock());
     IntegerArray target(0, freshLock());
-    append(target, {3});
+    target.pushBack(integer(3));
     Observer observer(target);
     target.assign(static_cast<const Core::IArray&>(target));
     target.assign(static_cast<const IntegerArrayInterface&>(target));
@@ -253,7 +246,8 @@ TEST(Array, AssignmentNotifiesOnceUnlessItIsRefusedOrFromItself)
 
     // Then an assignment tells once, and the target keeps properties of its own.
     IntegerArray source(0, freshLock());
-    append(source, {1, 2});
+    source.pushBack(integer(1));
+    source.pushBack(integer(2));
     target.assign(static_cast<const Core::IArray&>(source));
     source.pushBack(integer(5));
     EXPECT_EQ(observer.sizeChanges, 1);
@@ -263,7 +257,7 @@ TEST(Array, AssignmentNotifiesOnceUnlessItIsRefusedOrFromItself)
 TEST(Array, TravelsInVariantAsItsInterfaceAndConvertsToItsBases)
 {
     IntegerArray array(0, freshLock());
-    append(array, {42});
+    array.pushBack(integer(42));
     const Utils::Variant value(array);
     const COWPtr<IntegerArrayInterface> seen = value.get<COWPtr<IntegerArrayInterface>>(true);
     ASSERT_EQ(seen->getSize(), 1u);
