@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
 #include <vector>
 
 using namespace Tarvik::DataProcessing;
@@ -34,13 +35,26 @@ std::shared_ptr<Core::IError> error(const char* text)
     return std::make_shared<Core::InvalidValueError>(text, Utils::DateTime::now());
 }
 
-// Counts the notifications of both properties of one array.
+int64_t sizeOf(Core::IArray& array)
+{
+    return array.getSizeProperty()->getValue();
+}
+
+// Reads both properties, so that the next change is reported.
+void readProperties(Core::IArray& array)
+{
+    array.getSizeProperty().getValue();
+    array.getEmptyProperty().getValue();
+}
+
+// Counts the notifications of both properties of one array, from a first read on.
 struct Observer
 {
     explicit Observer(Core::IArray& array)
         : size(array.getSizeProperty().getChangedSignal().connect([this] { ++sizeChanges; }))
         , empty(array.getEmptyProperty().getChangedSignal().connect([this] { ++emptyChanges; }))
     {
+        readProperties(array);
     }
     ~Observer()
     {
@@ -53,20 +67,7 @@ struct Observer
     std::shared_ptr<Utils::IConnection> empty;
 };
 
-class ArrayTest : public ::testing::Test
-{
-protected:
-    // Reads both properties, so that the next change is reported.
-    static void readProperties(Core::IArray& array)
-    {
-        array.getSizeProperty().getValue();
-        array.getEmptyProperty().getValue();
-    }
-
-    static int64_t sizeOf(Core::IArray& array) { return array.getSizeProperty()->getValue(); }
-};
-
-TEST_F(ArrayTest, CountConstructorMakesNullElements)
+TEST(Array, CountConstructorMakesNullElementsWhoseErrorsCountOnlyWhenAskedRecursively)
 {
     IntegerArray array(3, freshLock());
     EXPECT_EQ(array.getSize(), 3u);
@@ -74,6 +75,14 @@ TEST_F(ArrayTest, CountConstructorMakesNullElements)
     EXPECT_FALSE(array.getElement(1).isValid());
     EXPECT_FALSE(array.elementAt(2).hasObject());
     EXPECT_EQ(array.getElementType(), Utils::TypeInfo::get<IInteger>(true));
+    const auto cause = error("bad element");
+    array.setElement(1, integer(5));
+    array.setElement(2, COWPtr<IInteger>(new Core::Integer(cause, freshLock())));
+    EXPECT_FALSE(array.hasError(false));
+    EXPECT_EQ(array.getError(false), nullptr);
+    EXPECT_TRUE(array.hasError(true));
+    EXPECT_EQ(array.getError(true), cause);
+
     IntegerArray empty(0, freshLock());
     EXPECT_TRUE(empty.isEmpty());
     EXPECT_EQ(sizeOf(empty), 0);
@@ -81,7 +90,7 @@ TEST_F(ArrayTest, CountConstructorMakesNullElements)
 }
 
 // Each refusal with its text; the array keeps its one null element.
-TEST_F(ArrayTest, RefusesBadIndicesErrorsLocksAndValuesOfAnotherType)
+TEST(Array, RefusesBadIndicesErrorsLocksAndValuesOfAnotherType)
 {
     IntegerArray array(1, freshLock());
     const Utils::Variant text(Core::String("seven", freshLock()));
@@ -104,7 +113,7 @@ TEST_F(ArrayTest, RefusesBadIndicesErrorsLocksAndValuesOfAnotherType)
     EXPECT_FALSE(array.elementAt(0).hasObject());
 }
 
-TEST_F(ArrayTest, ErrorStateRefusesElementOperationsButNotProperties)
+TEST(Array, ErrorStateRefusesElementOperationsButNotProperties)
 {
     const auto cause = error("camera unplugged");
     IntegerArray array(cause, freshLock());
@@ -139,29 +148,22 @@ TEST_F(ArrayTest, ErrorStateRefusesElementOperationsButNotProperties)
     EXPECT_EQ(array.getError(false), cause);
 }
 
-TEST_F(ArrayTest, ElementErrorsCountOnlyWhenAskedRecursively)
-{
-    const auto cause = error("bad element");
-    IntegerArray array(3, freshLock());
-    array.setElement(1, integer(5));
-    array.setElement(2, COWPtr<IInteger>(new Core::Integer(cause, freshLock())));
-    EXPECT_FALSE(array.hasError(false));
-    EXPECT_EQ(array.getError(false), nullptr);
-    EXPECT_TRUE(array.hasError(true));
-    EXPECT_EQ(array.getError(true), cause);
-    EXPECT_EQ(array.getSize(), 3u);
-}
-
-TEST_F(ArrayTest, CountChangesNotifyOncePerReadValue)
+TEST(Array, CountChangesNotifyOncePerReadValueAndElementWritesNotAtAll)
 {
     IntegerArray array(2, freshLock());
     Observer observer(array);
-
-    array.resize(3); // nothing read yet: nothing went stale
+    array.setElement(0, integer(7));
+    array.setElement(1, Utils::Variant(Core::Integer(8, freshLock())));
+    array.elementRef(0) = integer(9);
+    array.reserve(100);
     EXPECT_EQ(observer.sizeChanges, 0);
+    EXPECT_EQ(observer.emptyChanges, 0);
+    EXPECT_EQ(array.elementAt(0)->getValue(), 9);
+    EXPECT_EQ(array.getElement(1).get<COWPtr<IInteger>>(true)->getValue(), 8);
+    EXPECT_GE(array.getCapacity(), 100u);
 
-    readProperties(array);
-    array.resize(3); // the same count still fires
+    array.resize(2); // the same count still fires
+    array.resize(3); // nothing read since: nothing went stale
     EXPECT_EQ(observer.sizeChanges, 1);
     EXPECT_EQ(observer.emptyChanges, 1);
 
@@ -178,104 +180,81 @@ TEST_F(ArrayTest, CountChangesNotifyOncePerReadValue)
     EXPECT_TRUE(array.getSizeProperty()->hasError(false));
 }
 
-TEST_F(ArrayTest, ElementWritesAndReserveNotifyNobody)
+// A target in error state, assigned from `source` through one of its two interfaces.
+template <typename Interface>
+std::unique_ptr<IntegerArray> assignedFrom(const IntegerArray& source)
 {
-    IntegerArray array(2, freshLock());
-    Observer observer(array);
-    readProperties(array);
-    array.setElement(0, integer(7));
-    array.setElement(1, Utils::Variant(Core::Integer(8, freshLock())));
-    array.elementRef(0) = integer(9);
-    array.reserve(100);
-    EXPECT_EQ(observer.sizeChanges, 0);
-    EXPECT_EQ(observer.emptyChanges, 0);
-    EXPECT_EQ(array.elementAt(0)->getValue(), 9);
-    EXPECT_EQ(array.getElement(1).get<COWPtr<IInteger>>(true)->getValue(), 8);
-    EXPECT_GE(array.getCapacity(), 100u);
+    auto target = std::make_unique<IntegerArray>(error("old"), freshLock());
+    target->assign(static_cast<const Interface&>(source));
+    return target;
 }
 
-TEST_F(ArrayTest, CopySharesElementsWithItsOwnProperties)
+// The three ways to take another array's contents: its elements shared, or its error.
+TEST(Array, CopyAndAssignmentsShareTheElementsOrTakeTheError)
 {
+    using Take = std::unique_ptr<IntegerArray> (*)(const IntegerArray&);
+    const struct
+    {
+        const char* name;
+        Take take;
+        bool asksElementsForErrors;
+    } ways[] = {
+        {"copy",
+         [](const IntegerArray& source) { return std::make_unique<IntegerArray>(source, freshLock()); },
+         false},
+        {"assignment from IArray", assignedFrom<Core::IArray>, true},
+        {"assignment from IArrayT", assignedFrom<IntegerArrayInterface>, true},
+    };
     IntegerArray source(0, freshLock());
     source.pushBack(integer(4));
-    IntegerArray copy(source, freshLock());
-    EXPECT_EQ(copy.elementAt(0).getUseCount(), 3); // source, copy and the handle returned here
-    Observer observer(copy);
-    readProperties(copy);
-    source.pushBack(integer(5));
-    EXPECT_EQ(observer.sizeChanges, 0);
-    EXPECT_EQ(sizeOf(copy), 1);
-
-    const auto cause = error("lost");
-    IntegerArray failed(cause, freshLock());
-    EXPECT_EQ(IntegerArray(failed, freshLock()).getError(false), cause);
-}
-
-TEST_F(ArrayTest, AssignmentFromIArrayTakesElementsOrError)
-{
-    IntegerArray source(0, freshLock());
-    source.pushBack(integer(1));
     source.pushBack(Utils::Variant());
-    IntegerArray target(5, freshLock());
-    target.setError(error("old"));
-    Observer observer(target);
-    readProperties(target);
-
-    target.assign(static_cast<const Core::IArray&>(source));
-    EXPECT_FALSE(target.hasError(false));
-    ASSERT_EQ(target.getSize(), 2u);
-    EXPECT_EQ(target.elementAt(0)->getValue(), 1);
-    EXPECT_FALSE(target.elementAt(1).hasObject());
-    EXPECT_EQ(observer.sizeChanges, 1);
-
-    const auto cause = error("element failed");
-    source.setElement(1, COWPtr<IInteger>(new Core::Integer(cause, freshLock())));
-    target.assign(static_cast<const Core::IArray&>(source));
-    EXPECT_EQ(target.getError(false), cause);
-    EXPECT_EQ(failureOf([&] { target.getSize(); }), "RuntimeException: Array is in error state.");
+    const auto cause = error("lost");
+    const IntegerArray failed(cause, freshLock());
+    IntegerArray failedElement(0, freshLock());
+    failedElement.pushBack(COWPtr<IInteger>(new Core::Integer(cause, freshLock())));
+    for (const auto& way : ways)
+    {
+        const auto copy = way.take(source);
+        ASSERT_FALSE(copy->hasError(false)) << way.name;
+        ASSERT_EQ(copy->getSize(), 2u) << way.name;
+        EXPECT_EQ(std::as_const(*copy).data()[0]->getValue(), 4) << way.name;
+        EXPECT_EQ(copy->elementAt(0).getUseCount(), 3) << way.name; // source, copy and the handle here
+        EXPECT_FALSE(copy->elementAt(1).hasObject()) << way.name;
+        EXPECT_EQ(way.take(failed)->getError(false), cause) << way.name;
+        EXPECT_EQ(way.take(failedElement)->getError(false), way.asksElementsForErrors ? cause : nullptr)
+            << way.name;
+    }
 }
 
-TEST_F(ArrayTest, AssignmentFromItselfOrAnIncompatibleArrayLeavesTargetAsItWas)
+TEST(Array, AssignmentNotifiesOnceUnlessItIsRefusedOrFromItself)
 {
     Array<Core::IBoolean, void> flags(0, freshLock());
     flags.pushBack(COWPtr<Core::IBoolean>(new Core::Boolean(true, freshLock())));
+    const IntegerArray neverFilled(0, freshLock());
     IntegerArray target(0, freshLock());
     target.pushBack(integer(3));
     Observer observer(target);
-    readProperties(target);
     target.assign(static_cast<const Core::IArray&>(target));
     target.assign(static_cast<const IntegerArrayInterface&>(target));
     EXPECT_EQ(failureOf([&] { target.assign(static_cast<const Core::IArray&>(flags)); }),
               "InvalidArgumentException: Data in the given array is not compatible with this array.");
+    EXPECT_EQ(failureOf([&] { target.assign(static_cast<const IntegerArrayInterface&>(neverFilled)); }),
+              "RuntimeException: Invalid array data retrieved.");
     ASSERT_EQ(target.getSize(), 1u);
     EXPECT_EQ(target.elementAt(0)->getValue(), 3);
     EXPECT_EQ(observer.sizeChanges, 0);
-}
 
-TEST_F(ArrayTest, TypedAssignmentNeedsSourceData)
-{
-    IntegerArray neverFilled(0, freshLock());
-    IntegerArray target(1, freshLock());
-    EXPECT_EQ(failureOf([&] { target.assign(static_cast<const IntegerArrayInterface&>(neverFilled)); }),
-              "RuntimeException: Invalid array data retrieved.");
-    EXPECT_EQ(target.getSize(), 1u);
-
+    // Then an assignment tells once, and the target keeps properties of its own.
     IntegerArray source(0, freshLock());
-    source.pushBack(integer(11));
-    source.pushBack(integer(12));
-    target.setError(error("old"));
-    target.assign(static_cast<const IntegerArrayInterface&>(source));
-    ASSERT_EQ(target.getSize(), 2u);
-    EXPECT_EQ(std::as_const(target).data()[1]->getValue(), 12);
-    EXPECT_EQ(target.elementAt(1).getUseCount(), 3);
-
-    const auto cause = error("failed");
-    IntegerArray failed(cause, freshLock());
-    target.assign(static_cast<const IntegerArrayInterface&>(failed));
-    EXPECT_EQ(target.getError(false), cause);
+    source.pushBack(integer(1));
+    source.pushBack(integer(2));
+    target.assign(static_cast<const Core::IArray&>(source));
+    source.pushBack(integer(5));
+    EXPECT_EQ(observer.sizeChanges, 1);
+    EXPECT_EQ(sizeOf(target), 2);
 }
 
-TEST_F(ArrayTest, TravelsInVariantAsItsInterfaceAndConvertsToItsBases)
+TEST(Array, TravelsInVariantAsItsInterfaceAndConvertsToItsBases)
 {
     IntegerArray array(0, freshLock());
     array.pushBack(integer(42));
@@ -309,25 +288,31 @@ protected:
         lock);
 };
 
-TEST_F(ReadOnlyPropertyTest, CachesUntilTheBindingFires)
+// A destroyed property leaves the binding's signal, and is no longer invalidated.
+TEST_F(ReadOnlyPropertyTest, CachesUntilTheBindingFiresWhileItLives)
 {
-    Utils::ReadOnlyProperty<IInteger> property(binding, lock);
-    int notifications = 0;
-    const auto connection = property.getChangedSignal().connect([&] { ++notifications; });
-    EXPECT_EQ(calls, 0);
-    EXPECT_EQ(property.getValue()->getValue(), 10);
-    EXPECT_EQ(property->getValue(), 10);
-    EXPECT_EQ((*property).getValue(), 10);
-    EXPECT_EQ(calls, 1);
+    {
+        Utils::ReadOnlyProperty<IInteger> property(binding, lock);
+        int notifications = 0;
+        const auto connection = property.getChangedSignal().connect([&] { ++notifications; });
+        EXPECT_EQ(calls, 0);
+        EXPECT_EQ(property.getValue()->getValue(), 10);
+        EXPECT_EQ(property->getValue(), 10);
+        EXPECT_EQ((*property).getValue(), 10);
+        EXPECT_EQ(calls, 1);
+        EXPECT_EQ(binding->getChangedSignal().getConnectionCount(), 1u);
 
-    current = 11;
+        current = 11;
+        binding->notifyChanged();
+        binding->notifyChanged();
+        EXPECT_EQ(notifications, 1);
+        EXPECT_EQ(property.getVariant().get<COWPtr<IInteger>>(true)->getValue(), 11);
+        EXPECT_EQ(calls, 2);
+        EXPECT_EQ(property.getTypeInfo(), Utils::TypeInfo::get<IInteger>(true));
+        connection->disconnect(true);
+    }
+    EXPECT_EQ(binding->getChangedSignal().getConnectionCount(), 0u);
     binding->notifyChanged();
-    binding->notifyChanged();
-    EXPECT_EQ(notifications, 1);
-    EXPECT_EQ(property.getVariant().get<COWPtr<IInteger>>(true)->getValue(), 11);
-    EXPECT_EQ(calls, 2);
-    EXPECT_EQ(property.getTypeInfo(), Utils::TypeInfo::get<IInteger>(true));
-    connection->disconnect(true);
 }
 
 TEST_F(ReadOnlyPropertyTest, RefusesWhatCannotGiveAValue)
@@ -350,17 +335,6 @@ TEST_F(ReadOnlyPropertyTest, RefusesWhatCannotGiveAValue)
     };
     for (const auto& [action, failure] : cases)
         EXPECT_EQ(failureOf(action), failure);
-}
-
-TEST_F(ReadOnlyPropertyTest, DestroyedPropertyIsNoLongerInvalidated)
-{
-    {
-        Utils::ReadOnlyProperty<IInteger> property(binding, lock);
-        property.getValue();
-        EXPECT_EQ(binding->getChangedSignal().getConnectionCount(), 1u);
-    }
-    EXPECT_EQ(binding->getChangedSignal().getConnectionCount(), 0u);
-    binding->notifyChanged();
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 // format, rows padded with bytes that would be counted if they were read.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <random>
 #include <vector>
@@ -48,23 +49,12 @@ inline SampleGrid randomGrid(uint32_t width, uint32_t height, uint32_t samplesPe
 // The bytes of the grid's image with `paddingX` bytes of 0xA5 after each row.
 inline std::vector<uint8_t> encode(const SampleGrid& grid, Packing packing, uint32_t bits, size_t paddingX)
 {
+    // Bytes and words are bit streams too, of 8 and 16 bits a sample.
+    if (packing == Packing::Bytes || packing == Packing::Words)
+        bits = packing == Packing::Bytes ? 8 : 16;
     const size_t rowSamples = size_t{grid.width} * grid.samplesPerPixel;
-    size_t rowBytes = 0;
-    switch (packing)
-    {
-    case Packing::Bytes:
-        rowBytes = rowSamples;
-        break;
-    case Packing::Words:
-        rowBytes = 2 * rowSamples;
-        break;
-    case Packing::LsbStream:
-        rowBytes = (rowSamples * bits + 7) / 8;
-        break;
-    case Packing::GroupedMsb:
-        rowBytes = (rowSamples * 3 + 1) / 2;
-        break;
-    }
+    const size_t rowBytes =
+        packing == Packing::GroupedMsb ? (rowSamples * 3 + 1) / 2 : (rowSamples * bits + 7) / 8;
     std::vector<uint8_t> bytes((rowBytes + paddingX) * grid.height, 0);
     for (uint32_t y = 0; y < grid.height; ++y)
     {
@@ -73,40 +63,19 @@ inline std::vector<uint8_t> encode(const SampleGrid& grid, Packing packing, uint
         for (size_t i = 0; i < rowSamples; ++i)
         {
             const uint16_t value = samples[i];
-            switch (packing)
+            if (packing != Packing::GroupedMsb)
             {
-            case Packing::Bytes:
-                row[i] = static_cast<uint8_t>(value);
-                break;
-            case Packing::Words:
-                row[2 * i] = static_cast<uint8_t>(value);
-                row[2 * i + 1] = static_cast<uint8_t>(value >> 8);
-                break;
-            case Packing::LsbStream:
                 for (uint32_t bit = 0; bit < bits; ++bit)
                     if (value & (1u << bit))
                         row[(i * bits + bit) / 8] |= static_cast<uint8_t>(1u << ((i * bits + bit) % 8));
-                break;
-            case Packing::GroupedMsb:
-            {
-                const uint32_t lowBits = bits - 8;
-                uint8_t* const group = row + 3 * (i / 2);
-                if (i % 2 == 0)
-                {
-                    group[0] = static_cast<uint8_t>(value >> lowBits);
-                    group[1] |= static_cast<uint8_t>(value & ((1u << lowBits) - 1));
-                }
-                else
-                {
-                    group[2] = static_cast<uint8_t>(value >> lowBits);
-                    group[1] |= static_cast<uint8_t>((value & ((1u << lowBits) - 1)) << 4);
-                }
-                break;
+                continue;
             }
-            }
+            const uint32_t lowBits = bits - 8;
+            uint8_t* const group = row + 3 * (i / 2);
+            group[i % 2 == 0 ? 0 : 2] = static_cast<uint8_t>(value >> lowBits);
+            group[1] |= static_cast<uint8_t>((value & ((1u << lowBits) - 1)) << (i % 2 == 0 ? 0 : 4));
         }
-        for (size_t p = 0; p < paddingX; ++p)
-            row[rowBytes + p] = 0xA5;
+        std::fill_n(row + rowBytes, paddingX, 0xA5);
     }
     return bytes;
 }

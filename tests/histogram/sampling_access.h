@@ -13,32 +13,16 @@ struct HistogramSamplingAccess
     using ImagePointer = HistogramExtractor::ImagePointer;
 
     // The filter as a number: 0 to 3 for the patterns, 4 for none.
-    static int pixelColorFilter(Tarvik::EPixelType type)
-    {
-        return HistogramExtractor::pixelColorFilter(type);
-    }
+    static constexpr auto pixelColorFilter = &HistogramExtractor::pixelColorFilter;
+    static constexpr auto selectUnpackTypes = &HistogramExtractor::selectUnpackTypes;
+    static constexpr auto sampleMono = &HistogramExtractor::sampleMono;
+    static constexpr auto sampleColor = &HistogramExtractor::sampleColor;
 
-    static bool selectUnpackTypes(Tarvik::EPixelType type, Tarvik::EPixelType& source,
-                                  Tarvik::EPixelType& target)
-    {
-        return HistogramExtractor::selectUnpackTypes(type, source, target);
-    }
-
-    static void sampleMono(const ImagePointer& image, Bins& lum)
-    {
-        HistogramExtractor::sampleMono(image, lum);
-    }
-
+    // The filter by its number, as pixelColorFilter gives it.
     static void sampleBayer(const ImagePointer& image, Bins& red, Bins& green, Bins& blue, int filter)
     {
         HistogramExtractor::sampleBayer(image, red, green, blue,
                                         static_cast<HistogramExtractor::ColorFilter>(filter));
-    }
-
-    static void sampleColor(const ImagePointer& image, Bins& red, Bins& green, Bins& blue, Bins& lum,
-                            bool computeLum)
-    {
-        HistogramExtractor::sampleColor(image, red, green, blue, lum, computeLum);
     }
 };
 

@@ -45,13 +45,11 @@ inline std::vector<std::vector<std::string>> csvRows(const std::filesystem::path
     std::getline(in, line);
     while (std::getline(in, line))
     {
-        std::vector<std::string> fields;
-        std::stringstream fieldsOf(line);
+        // Each field ends in a comma here, so that getline gives an empty last one too.
+        std::stringstream fieldsOf(line + ",");
+        rows.emplace_back();
         for (std::string field; std::getline(fieldsOf, field, ',');)
-            fields.push_back(field);
-        if (line.back() == ',')
-            fields.emplace_back();
-        rows.push_back(fields);
+            rows.back().push_back(field);
     }
     return rows;
 }

@@ -1,20 +1,18 @@
 // The host as a whole: the default graph on the synthetic camera, its outputs,
 // graph files and packages that must be refused, and the exit codes.
-#include "built_package.h"
 #include "host_command.h"
 #include "hostrun.h"
-#include "modulecatalog.h"
 #include "nodemaptool.h"
-#include "packageloader.h"
+#include "package_graph.h"
 
 #include <TarvikDataProcessingCore/core/IImage.h>
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include <cstring>
 
 using namespace Tarvik::DataProcessing;
+using testing::HasSubstr;
 
 namespace
 {
@@ -24,7 +22,7 @@ constexpr uint32_t height = 48;
 const char* const brokenFrameError = "Grab result could not be decompressed/repaired. Reason: Grab result is "
                                      "broken but fix image is set to false.";
 
-class HostRun : public ::testing::Test
+class HostRun : public PackageGraph
 {
 protected:
     DefaultGraphOptions options(bool fixImage) const
@@ -34,9 +32,6 @@ protected:
         options.fixImage = fixImage;
         return options;
     }
-
-    PackageLoader package{builtPackagePath()};
-    ModuleCatalog catalog{package};
 };
 
 } // namespace
@@ -95,40 +90,28 @@ TEST_F(HostRun, DecompressedAndRepairedFramesMatchTheRenderedOnes)
 {
     for (const bool fixImage : {true, false})
     {
-        Core::Graph graph;
-        catalog.build(graph, catalog.defaultGraph(options(fixImage)));
-        const auto* const camera = dynamic_cast<SyntheticCamera*>(graph.node("camera").get());
+        build(catalog.defaultGraph(options(fixImage)));
+        const auto* const camera = dynamic_cast<SyntheticCamera*>(graph->node("camera").get());
         ASSERT_NE(camera, nullptr);
-        std::map<std::string, Utils::COWPtr<Core::IImage>> images;
-        graph.setObserver(
-            [&](const std::shared_ptr<Core::IGraphUpdate>&, const std::string& node,
-                const Core::ValueMap& outputs)
+        run(8,
+            [&](uint64_t frame)
             {
-                const auto image = outputs.find("Image");
-                if (image != outputs.end() && (node == "camera" || node == "decompressor"))
-                    images[node] = image->second.get<Utils::COWPtr<Core::IImage>>(true);
+                const auto rendered = lastValue("camera");
+                const auto decompressed = lastValue("decompressor");
+                if (!fixImage && camera->kindOf(frame) == SyntheticCamera::FrameKind::Failed)
+                {
+                    ASSERT_TRUE(decompressed->hasError(false)) << frame;
+                    EXPECT_STREQ(decompressed->getError(false)->getDescription().c_str(), brokenFrameError);
+                    return;
+                }
+                ASSERT_FALSE(decompressed->hasError(false)) << frame;
+                ASSERT_EQ(decompressed->getImageSize(), rendered->getImageSize());
+                EXPECT_EQ(std::memcmp(decompressed->getImageData().data, rendered->getImageData().data,
+                                      rendered->getImageSize()),
+                          0)
+                    << "frame " << frame << " (" << camera->frameStatus(frame) << ")";
             });
-        graph.start();
-        for (uint64_t frame = 0; frame < 8; ++frame)
-        {
-            graph.runUpdate();
-            const auto& rendered = images.at("camera");
-            const auto& decompressed = images.at("decompressor");
-            if (!fixImage && camera->kindOf(frame) == SyntheticCamera::FrameKind::Failed)
-            {
-                ASSERT_TRUE(decompressed->hasError(false)) << frame;
-                EXPECT_STREQ(decompressed->getError(false)->getDescription().c_str(), brokenFrameError);
-                continue;
-            }
-            ASSERT_FALSE(decompressed->hasError(false)) << frame;
-            ASSERT_EQ(decompressed->getImageSize(), rendered->getImageSize());
-            EXPECT_EQ(std::memcmp(decompressed->getImageData().data, rendered->getImageData().data,
-                                  rendered->getImageSize()),
-                      0)
-                << "frame " << frame << " (" << camera->frameStatus(frame) << ")";
-        }
-        graph.stop();
-        EXPECT_EQ(graph.statistics("decompressor").errorCount(), fixImage ? 0u : 2u);
+        EXPECT_EQ(graph->statistics("decompressor").errorCount(), fixImage ? 0u : 2u);
     }
 }
 
@@ -160,8 +143,7 @@ TEST(HostCommands, RefuseBadGraphFilesAndPackagesWithClearMessagesAndEndWithThei
         std::ofstream(file) << graph.text;
         const Command result = host("run " + file.string() + " -o " + (folder / "out").string());
         EXPECT_EQ(result.exitCode, exitBadInput) << graph.name << ": " << result.output;
-        EXPECT_NE(result.output.find(graph.message), std::string::npos)
-            << graph.name << ": " << result.output;
+        EXPECT_THAT(result.output, HasSubstr(graph.message)) << graph.name;
     }
     EXPECT_EQ(host("run").exitCode, exitBadInput);
     EXPECT_EQ(host("--help").exitCode, exitDone);
@@ -177,7 +159,7 @@ TEST(HostCommands, RefuseBadGraphFilesAndPackagesWithClearMessagesAndEndWithThei
 
     const Command missing = host("--package /nonexistent/libPackage.so demo");
     EXPECT_EQ(missing.exitCode, exitCannotOpen);
-    EXPECT_NE(missing.output.find("/nonexistent/libPackage.so"), std::string::npos) << missing.output;
+    EXPECT_THAT(missing.output, HasSubstr("/nonexistent/libPackage.so"));
 }
 
 TEST(PackageLoading, BrokenPackagesAreRefusedNamingTheLibraryAndTheFault)
@@ -194,20 +176,14 @@ TEST(PackageLoading, BrokenPackagesAreRefusedNamingTheLibraryAndTheFault)
     for (const auto& broken : cases)
     {
         const std::string path = std::string(TESSAL_LIBRARY_DIR) + "/lib" + broken.library + ".so";
-        try
-        {
-            PackageLoader package(path);
-            ADD_FAILURE() << broken.library << " was accepted";
-        }
-        catch (const PackageError& e)
-        {
-            EXPECT_NE(std::string(e.what()).find(path), std::string::npos) << e.what();
-            EXPECT_NE(std::string(e.what()).find(broken.fault), std::string::npos) << e.what();
-        }
+        EXPECT_THAT([&] { PackageLoader package(path); }, testing::ThrowsMessage<PackageError>(testing::AllOf(
+                                                              HasSubstr(path), HasSubstr(broken.fault))));
     }
 }
 
-TEST_F(HostRun, SavedSettingsLoadIntoTheSameNodeMaps)
+// The node-map tool: saved settings load into the same node maps, and the
+// register descriptions are the documents of the node maps.
+TEST_F(HostRun, SavedSettingsLoadIntoTheSameNodeMapsWhoseDocumentsTheToolShows)
 {
     const std::filesystem::path file = freshFolder("settings.json");
     const auto pool = std::make_shared<Core::ResourcePool>();
@@ -231,17 +207,12 @@ TEST_F(HostRun, SavedSettingsLoadIntoTheSameNodeMaps)
         EXPECT_NE(listFeatures(*saved), defaults) << change.module;
         EXPECT_EQ(listFeatures(*loaded), listFeatures(*saved)) << change.module;
     }
-}
-
-TEST_F(HostRun, RegisterDescriptionsAreTheDocumentsOfTheNodeMaps)
-{
-    const auto pool = std::make_shared<Core::ResourcePool>();
     const std::string decoupler = registerDescriptions(*catalog.create({"d", "Decoupler"}, pool));
-    EXPECT_EQ(decoupler.rfind("<!-- node map \"@Tessal\" -->\n<?xml", 0), 0u) << decoupler;
+    EXPECT_THAT(decoupler, testing::StartsWith("<!-- node map \"@Tessal\" -->\n<?xml"));
     for (const char* feature :
          {"<Boolean Name=\"ThrottleMode\"", "<Float Name=\"Fps\"", "</RegisterDescription>"})
-        EXPECT_NE(decoupler.find(feature), std::string::npos) << feature;
-    EXPECT_NE(registerDescriptions(*catalog.create({"c", "Converter"}, pool)).find("@ImageFormatConverter"),
-              std::string::npos);
+        EXPECT_THAT(decoupler, HasSubstr(feature));
+    EXPECT_THAT(registerDescriptions(*catalog.create({"c", "Converter"}, pool)),
+                HasSubstr("@ImageFormatConverter"));
     EXPECT_EQ(registerDescriptions(*catalog.create({"h", "HistogramExtractor"}, pool)), "");
 }
