@@ -47,23 +47,15 @@ protected:
         return result;
     }
 
-    static void expectPins(const Core::ValueMap& outputs, std::initializer_list<const char*> pins)
-    {
-        std::vector<std::string> names;
-        for (const auto& [name, value] : outputs)
-            names.push_back(name.c_str());
-        EXPECT_EQ(names, std::vector<std::string>(pins.begin(), pins.end()));
-    }
-
     static void expectMono(const Core::ValueMap& outputs, const Counts& lum)
     {
-        expectPins(outputs, {"Lum"});
+        EXPECT_EQ(pinNames(outputs), std::vector<std::string>{"Lum"});
         EXPECT_EQ(counts(outputs, "Lum"), lum);
     }
 
     static void expectColour(const Core::ValueMap& outputs, const Histograms& expected)
     {
-        expectPins(outputs, {"Blue", "Green", "Red"});
+        EXPECT_EQ(pinNames(outputs), (std::vector<std::string>{"Blue", "Green", "Red"}));
         EXPECT_EQ(counts(outputs, "Red"), expected.red);
         EXPECT_EQ(counts(outputs, "Green"), expected.green);
         EXPECT_EQ(counts(outputs, "Blue"), expected.blue);

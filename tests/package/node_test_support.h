@@ -107,26 +107,33 @@ struct TestedNode
     std::shared_ptr<Core::IGraphUpdate> update = std::make_shared<TestUpdate>();
 };
 
+// The pins of `outputs`, in their order.
+inline std::vector<std::string> pinNames(const Core::ValueMap& outputs)
+{
+    std::vector<std::string> names;
+    for (const auto& [pin, value] : outputs)
+        names.push_back(pin.c_str());
+    return names;
+}
+
 // The outputs must be exactly `pins`, each an error value with one description,
 // which is returned.
 inline std::string failureOf(const Core::ValueMap& outputs, const std::vector<std::string>& pins)
 {
-    std::vector<std::string> names;
+    EXPECT_EQ(pinNames(outputs), pins);
     std::string description;
     for (const auto& [pin, value] : outputs)
     {
-        names.push_back(pin.c_str());
         const auto error = value.get<Core::IValue>(true)->getError(false);
         if (!error)
         {
             ADD_FAILURE() << pin << " holds no error";
             continue;
         }
-        if (names.size() == 1)
+        if (description.empty())
             description = error->getDescription().c_str();
         EXPECT_EQ(error->getDescription().c_str(), description) << pin;
     }
-    EXPECT_EQ(names, pins);
     return description;
 }
 
