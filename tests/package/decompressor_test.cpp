@@ -100,6 +100,7 @@ TEST_F(DecompressorTest, GivesNothingForNoGrabResultAndHandsItsErrorOnWithoutALo
 namespace
 {
 
+// The inputs beside the grab result.
 struct Hints
 {
     std::optional<int64_t> grabber = std::nullopt;
@@ -107,6 +108,7 @@ struct Hints
     std::optional<Utils::Variant> format = std::nullopt;
     std::optional<Utils::Variant> width = std::nullopt;
     std::optional<Utils::Variant> height = std::nullopt;
+    std::optional<Utils::Variant> descriptor = std::nullopt;
 };
 
 Core::ValueMap inputsOf(const Hints& hints)
@@ -118,7 +120,8 @@ Core::ValueMap inputsOf(const Hints& hints)
         inputs["RepairHintPayloadSizeCamera"] = integer(*hints.camera);
     for (const auto& [pin, value] :
          {std::pair{"RepairHintPixelFormat", &hints.format}, std::pair{"RepairHintWidth", &hints.width},
-          std::pair{"RepairHintHeight", &hints.height}})
+          std::pair{"RepairHintHeight", &hints.height},
+          std::pair{"CompressionDescriptor", &hints.descriptor}})
         if (*value)
             inputs[pin] = **value;
     return inputs;
@@ -152,72 +155,118 @@ TEST_F(DecompressorTest, AdoptsAHealthyFrameAndRepairsABrokenOneFromItsHints)
     const GrabResultDescription mono8{false, PixelType_Mono8, 40, 40, 0, 0};
     const GrabResultDescription unknown{false, PixelType_Undefined, 40, 40, 0, 0};
     const GrabResultDescription noWidth{false, PixelType_Mono8, 0, 40, 0, 0};
+    const char* const noDescriptor = "Grab result is compressed, but no compression descriptor was provided.";
+    CImageCompressor compressor;
+    const Utils::Variant descriptor{CompressionDescriptor(compressor.GetCompressionDescriptor())};
+    const std::vector<uint8_t> empty = compressor.CompressImage(nullptr, 0, PixelType_Mono8, 0, 4, 0);
+    const std::vector<uint8_t> pixels = counting(40 * 30);
+    const std::vector<uint8_t> good =
+        compressor.CompressImage(pixels.data(), pixels.size(), PixelType_Mono8, 40, 30, 0);
+    const auto damaged = [&](size_t offset, uint8_t value)
+    {
+        std::vector<uint8_t> frame = good;
+        frame[offset] = value;
+        return frame;
+    };
+    const GrabResultDescription compressed{true, PixelType_Mono8, 40, 30, 0, good.size()};
     struct Case
     {
         const char* what;
         GrabResultDescription frame;
-        std::optional<size_t> bufferSize;
+        std::optional<std::vector<uint8_t>> bytes;
         Hints hints;
         std::string result;
     };
     const Case cases[] = {
-        {"healthy", {true, PixelType_Mono12p, 10, 10, 0, 150}, 150, {}, "Mono12p 10x10 took 150 in place"},
-        {"short payload", {true, PixelType_Mono12p, 10, 10, 0, 149}, 150, {}, implausible},
+        {"healthy",
+         {true, PixelType_Mono12p, 10, 10, 0, 150},
+         counting(150),
+         {},
+         "Mono12p 10x10 took 150 in place"},
+        {"short payload", {true, PixelType_Mono12p, 10, 10, 0, 149}, counting(150), {}, implausible},
         // 300 bits; each row of the image starts on a byte, so the buffer holds 39.
         {"rows start on bytes",
          {true, PixelType_Mono10p, 10, 3, 0, 38},
-         39,
+         counting(39),
          {},
          "Mono10p 10x3 took 39 in place"},
-        {"short payload of rows", {true, PixelType_Mono10p, 10, 3, 0, 37}, 39, {}, implausible},
-        {"no width", {true, PixelType_Mono8, 0, 5, 0, 0}, 1, {}, "Mono8 0x5 took 0 in place"},
-        {"short buffer", {true, PixelType_Mono8, 10, 10, 0, 100000}, 99, {}, implausible},
+        {"short payload of rows", {true, PixelType_Mono10p, 10, 3, 0, 37}, counting(39), {}, implausible},
+        {"no width", {true, PixelType_Mono8, 0, 5, 0, 0}, counting(1), {}, "Mono8 0x5 took 0 in place"},
+        {"short buffer", {true, PixelType_Mono8, 10, 10, 0, 100000}, counting(99), {}, implausible},
         // The check leaves padding out; the buffer must still hold it.
-        {"no room for padding", {true, PixelType_Mono8, 4, 2, 2, 8}, 8, {}, padding},
-        {"padded", {true, PixelType_Mono8, 4, 2, 2, 8}, 12, {}, "Mono8 4x2+2 took 12 in place"},
+        {"no room for padding", {true, PixelType_Mono8, 4, 2, 2, 8}, counting(8), {}, padding},
+        {"padded", {true, PixelType_Mono8, 4, 2, 2, 8}, counting(12), {}, "Mono8 4x2+2 took 12 in place"},
         {"no buffer", {true, PixelType_Mono8, 4, 4, 0, 16}, std::nullopt, {.camera = 16}, noBuffer},
         {"no buffer to repair",
          {false, PixelType_Mono8, 4, 4, 0, 16},
          std::nullopt,
          {.camera = 16},
          noBuffer},
-        {"camera only", mono8, 1600, {.camera = 1000}, "Mono8 40x40 took 1000"},
-        {"grabber beats camera", mono8, 1600, {.grabber = 1200, .camera = 1000}, "Mono8 40x40 took 1200"},
-        {"hint above the buffer takes the buffer", mono8, 1600, {.grabber = 5000}, "Mono8 40x40 took 1600"},
-        {"both zero", mono8, 1600, {.grabber = 0, .camera = 0}, notConclusive},
-        {"no payload pins", mono8, 1600, {}, notConclusive},
-        {"negative payload", mono8, 1600, {.camera = -5}, notConclusive},
+        {"camera only", mono8, counting(1600), {.camera = 1000}, "Mono8 40x40 took 1000"},
+        {"grabber beats camera",
+         mono8,
+         counting(1600),
+         {.grabber = 1200, .camera = 1000},
+         "Mono8 40x40 took 1200"},
+        {"hint above the buffer takes the buffer",
+         mono8,
+         counting(1600),
+         {.grabber = 5000},
+         "Mono8 40x40 took 1600"},
+        {"both zero", mono8, counting(1600), {.grabber = 0, .camera = 0}, notConclusive},
+        {"no payload pins", mono8, counting(1600), {}, notConclusive},
+        {"negative payload", mono8, counting(1600), {.camera = -5}, notConclusive},
         {"format hints of a wrong type go unread",
          mono8,
-         1600,
+         counting(1600),
          {.camera = 1600, .format = integer(1), .width = text("x"), .height = Utils::Variant()},
          "Mono8 40x40 took 1600"},
         {"two of three format hints",
          unknown,
-         1600,
+         counting(1600),
          {.camera = 1600, .format = text("Mono8"), .width = integer(40)},
          notConclusive},
         {"width 0 takes all three hints",
          noWidth,
-         1600,
+         counting(1600),
          {.camera = 1600, .format = text("Mono16"), .width = integer(20), .height = integer(30)},
          "Mono16 20x30 took 1200"},
         {"hints give a whole new format",
          unknown,
-         1600,
+         counting(1600),
          {.camera = 1600, .format = text("Mono8"), .width = integer(640), .height = integer(480)},
          "Mono8 640x480 took 1600"},
         {"the default pixel format text",
          unknown,
-         1600,
+         counting(1600),
          {.camera = 1600, .format = text("Undefined"), .width = integer(40), .height = integer(40)},
          notConclusive},
+        // Compression data without an image in the frame is handed on; a failed grab is
+        // repaired from its compressed bytes as they are.
+        {"frame without an image",
+         {true, PixelType_Mono8, 8, 4, 0, empty.size()},
+         empty,
+         {},
+         "Mono8 8x4 took 32 in place"},
+        {"compressed frame of a failed grab",
+         {false, PixelType_Mono8, 40, 30, 0, 1200},
+         good,
+         {.camera = 1200, .descriptor = descriptor},
+         "Mono8 40x30 took " + std::to_string(std::min<size_t>(1200, good.size()))},
+        {"no descriptor", compressed, good, {}, noDescriptor},
+        {"descriptor of another type", compressed, good, {.descriptor = integer(1)}, noDescriptor},
+        {"bad status before a missing descriptor", compressed, damaged(6, 1), {}, noDescriptor},
+        {"bad status",
+         compressed,
+         damaged(6, 1),
+         {.descriptor = descriptor},
+         "Grab result is compressed, but compression status is not ok."},
     };
     fixImage()->SetValue(true);
     for (const Case& c : cases)
     {
         SCOPED_TRACE(c.what);
-        const auto buffer = c.bufferSize ? bufferOf(counting(*c.bufferSize)) : nullptr;
+        const auto buffer = c.bytes ? bufferOf(*c.bytes) : nullptr;
         Core::ValueMap inputs = inputsOf(c.hints);
         inputs["GrabResult"] = grabVariant(c.frame, buffer);
         LogCapture log;
@@ -232,6 +281,16 @@ TEST_F(DecompressorTest, AdoptsAHealthyFrameAndRepairsABrokenOneFromItsHints)
     const auto outputs = run({{"GrabResult", grabVariant(mono8, bufferOf(counting(1600)))},
                               {"RepairHintPayloadSizeCamera", text("1600")}});
     EXPECT_EQ(failureOf(outputs), "Could not cast variant data to requested type.");
+
+    // A refusal of the frame format itself ends as the value's failure, without a log line.
+    LogCapture log;
+    const std::vector<uint8_t> badChecksum =
+        damaged(good.size() - 3, static_cast<uint8_t>(good[good.size() - 3] ^ 1));
+    const std::string checksum =
+        failureOf(run({{"GrabResult", grabVariant(compressed, bufferOf(badChecksum))},
+                       {"CompressionDescriptor", descriptor}}));
+    EXPECT_NE(checksum.find("checksum"), std::string::npos) << checksum;
+    EXPECT_TRUE(log.entries().empty());
 }
 
 TEST_F(DecompressorTest, FixImageFollowsTheNodeMapAndTheSettings)
@@ -292,84 +351,4 @@ TEST_F(DecompressorTest, DecompressesACompressedFrameBitExact)
         EXPECT_EQ(decompressed->getImageData().paddingX, f.paddingX);
         EXPECT_EQ(bytesOf(*decompressed), pixels) << std::hex << f.type;
     }
-}
-
-TEST_F(DecompressorTest, RefusesDamagedOrMismatchedCompressedFrames)
-{
-    Tarvik::CImageCompressor compressor;
-    const std::vector<uint8_t> pixels = counting(40 * 30);
-    const std::vector<uint8_t> good =
-        compressor.CompressImage(pixels.data(), pixels.size(), Tarvik::PixelType_Mono8, 40, 30, 0);
-    const Utils::Variant descriptor{CompressionDescriptor(compressor.GetCompressionDescriptor())};
-    auto damaged = [&](size_t offset, uint8_t value)
-    {
-        std::vector<uint8_t> frame = good;
-        frame[offset] = value;
-        return frame;
-    };
-    struct Case
-    {
-        const char* what;
-        std::vector<uint8_t> frame;
-        std::optional<Utils::Variant> descriptor;
-        const char* failure;
-        bool logged;
-    };
-    const char* const noDescriptor = "Grab result is compressed, but no compression descriptor was provided.";
-    const char* const badStatus = "Grab result is compressed, but compression status is not ok.";
-    const Case cases[] = {
-        {"no descriptor", good, std::nullopt, noDescriptor, true},
-        {"descriptor of another type", good, integer(1), noDescriptor, true},
-        {"bad status before a missing descriptor", damaged(6, 1), std::nullopt, noDescriptor, true},
-        {"bad status", damaged(6, 1), descriptor, badStatus, true},
-        // A refusal of the frame format itself ends as the value's failure, without a log line.
-        {"checksum", damaged(good.size() - 3, static_cast<uint8_t>(good[good.size() - 3] ^ 1)), descriptor,
-         "checksum", false},
-    };
-    for (const Case& c : cases)
-    {
-        Core::ValueMap inputs{
-            {"GrabResult",
-             grabVariant({true, Tarvik::PixelType_Mono8, 40, 30, 0, c.frame.size()}, bufferOf(c.frame))}};
-        if (c.descriptor)
-            inputs["CompressionDescriptor"] = *c.descriptor;
-        LogCapture log;
-        const std::string failure = failureOf(run(inputs));
-        SCOPED_TRACE(c.what);
-        if (c.logged)
-        {
-            EXPECT_EQ(failure, c.failure);
-            decompressor.expectOneCheckLine(log, c.failure);
-        }
-        else
-        {
-            EXPECT_NE(failure.find(c.failure), std::string::npos) << failure;
-            EXPECT_TRUE(log.entries().empty());
-        }
-    }
-}
-
-// Only an image in the frame of a good grab is decompressed: compression data
-// without one is handed on, and a failed grab is repaired from its bytes as they are.
-TEST_F(DecompressorTest, DecompressesOnlyAnImageOfAGoodGrab)
-{
-    Tarvik::CImageCompressor compressor;
-    const auto empty = bufferOf(compressor.CompressImage(nullptr, 0, Tarvik::PixelType_Mono8, 0, 4, 0));
-    const auto adopted = image(run(
-        {{"GrabResult", grabVariant({true, Tarvik::PixelType_Mono8, 8, 4, 0, empty->getSize()}, empty)}}));
-    ASSERT_FALSE(adopted->hasError(false));
-    EXPECT_EQ(adopted->getImageData().data, empty->getData());
-
-    const std::vector<uint8_t> frame =
-        compressor.CompressImage(counting(64).data(), 64, Tarvik::PixelType_Mono8, 8, 8, 0);
-    fixImage()->SetValue(true);
-    const auto outputs =
-        run({{"GrabResult", grabVariant({false, Tarvik::PixelType_Mono8, 8, 8, 0, 64}, bufferOf(frame))},
-             {"RepairHintPayloadSizeCamera", integer(64)},
-             {"CompressionDescriptor",
-              Utils::Variant(CompressionDescriptor(compressor.GetCompressionDescriptor()))}});
-    ASSERT_EQ(failureOf(outputs), "");
-    std::vector<uint8_t> expected(64, 0);
-    std::copy_n(frame.begin(), std::min<size_t>(64, frame.size()), expected.begin());
-    EXPECT_EQ(bytesOf(*image(outputs)), expected);
 }
