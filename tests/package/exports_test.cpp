@@ -49,18 +49,16 @@ TEST(PackageExports, InfoBlocksAreFreshCopiesGivenBackThroughDestroyInfo)
 
     char* first = createStatic();
     char* second = createStatic();
+    char* dynamic = createDynamic();
     ASSERT_NE(first, nullptr);
     ASSERT_NE(second, nullptr);
     EXPECT_NE(first, second);
     EXPECT_STREQ(first, second);
-    destroyInfo(&first);
-    EXPECT_EQ(first, nullptr);
-    destroyInfo(&second);
-    EXPECT_EQ(second, nullptr);
-
-    char* dynamic = createDynamic();
     EXPECT_EQ(dynamic, nullptr);
     EXPECT_EQ(createDynamic(), nullptr);
-    destroyInfo(&dynamic);
-    EXPECT_EQ(dynamic, nullptr);
+    for (char** info : {&first, &second, &dynamic})
+    {
+        destroyInfo(info);
+        EXPECT_EQ(*info, nullptr);
+    }
 }
