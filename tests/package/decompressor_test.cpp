@@ -1,9 +1,6 @@
-#include "check_line.h"
-#include "log_capture.h"
 #include "node_test_support.h"
 
 #include <TarvikBase/PixelTypeMapper.h>
-#include <TarvikDataProcessingCore/core/MemorySettings.h>
 #include <TarvikDataProcessingCore/core/ScalarValues.h>
 #include <TarvikUtility/ImageCompressor.h>
 #include <TarvikViewerDataTypes2/CompressionDescriptor.h>
@@ -59,15 +56,11 @@ Utils::Variant text(const char* value)
 class DecompressorTest : public ::testing::Test
 {
 protected:
-    PackageLoader package{builtPackagePath()};
-    std::shared_ptr<Core::INode> node = package.createNode("Decompressor");
-    std::shared_ptr<Core::IGraphUpdate> update = std::make_shared<TestUpdate>();
+    TestedNode decompressor{"Decompressor"};
 
-    Core::ValueMap run(Core::ValueMap inputs) { return node->run(update, std::move(inputs)).at(update); }
+    Core::ValueMap run(Core::ValueMap inputs) { return decompressor.run(std::move(inputs)); }
 
-    GenApi::INodeMap* nodeMap() { return nodeMapContainer(*node)->getNodeMaps().at(0).second; }
-
-    void setFixImage(bool value) { GenApi::CBooleanPtr(nodeMap()->GetNode("FixImage"))->SetValue(value); }
+    GenApi::CBooleanPtr fixImage() { return tessalNodeMap(*decompressor.node)->GetNode("FixImage"); }
 
     static Utils::COWPtr<Core::IImage> image(const Core::ValueMap& outputs)
     {
@@ -88,26 +81,15 @@ protected:
     }
 };
 
-void expectOneCheckLine(const LogCapture& log, const std::string& message)
-{
-    ::expectOneCheckLine(log, "Decompressor", "src/tessals/tarvikviewertessalspackage/decompressor.cpp",
-                         message);
-}
-
 } // namespace
 
-TEST_F(DecompressorTest, WithoutAGrabResultGivesNoOutputAndNoLogLine)
+// Without a grab result nothing comes out; the error of one goes on, unrepaired.
+TEST_F(DecompressorTest, GivesNothingForNoGrabResultAndHandsItsErrorOnWithoutALogLine)
 {
+    fixImage()->SetValue(true);
     LogCapture log;
     for (const Core::ValueMap& inputs : {Core::ValueMap{}, Core::ValueMap{{"GrabResult", integer(3)}}})
         EXPECT_TRUE(run(inputs).empty());
-    EXPECT_TRUE(log.entries().empty());
-}
-
-TEST_F(DecompressorTest, HandsTheErrorOfAGrabResultOnWithoutRepairOrLogLine)
-{
-    setFixImage(true);
-    LogCapture log;
     const auto error = std::make_shared<Core::InvalidValueError>("lost on the wire", Utils::DateTime::now());
     const auto outputs = run({{"GrabResult", Utils::Variant(GrabResult(error))}});
     EXPECT_EQ(outputs.at("Image").getTypeInfo(), Utils::TypeInfo::get<Core::TarvikImage>(true));
@@ -115,66 +97,10 @@ TEST_F(DecompressorTest, HandsTheErrorOfAGrabResultOnWithoutRepairOrLogLine)
     EXPECT_TRUE(log.entries().empty());
 }
 
-TEST_F(DecompressorTest, ChecksTheSizeOfAHealthyFrame)
-{
-    struct Case
-    {
-        EPixelType type;
-        uint32_t width;
-        uint32_t height;
-        size_t paddingX;
-        size_t payload;
-        size_t bufferSize;
-        const char* failure;
-    };
-    const char* const padding = "Grab result's buffer is too small for the rows and their padding.";
-    const Case cases[] = {
-        {Tarvik::PixelType_Mono12p, 10, 10, 0, 150, 150, ""},
-        {Tarvik::PixelType_Mono12p, 10, 10, 0, 149, 150, implausible},
-        // 300 bits; each row of the image starts on a byte, so the buffer holds 39.
-        {Tarvik::PixelType_Mono10p, 10, 3, 0, 38, 39, ""},
-        {Tarvik::PixelType_Mono10p, 10, 3, 0, 37, 39, implausible},
-        {Tarvik::PixelType_Mono8, 0, 5, 0, 0, 1, ""},
-        {Tarvik::PixelType_Mono8, 10, 10, 0, 100000, 99, implausible},
-        // The check leaves padding out; the buffer must still hold it.
-        {Tarvik::PixelType_Mono8, 4, 2, 2, 8, 8, padding},
-        {Tarvik::PixelType_Mono8, 4, 2, 2, 8, 12, ""},
-    };
-    for (const Case& c : cases)
-    {
-        LogCapture log;
-        const auto buffer = bufferOf(counting(c.bufferSize));
-        const auto outputs = run(
-            {{"GrabResult", grabVariant({true, c.type, c.width, c.height, c.paddingX, c.payload}, buffer)}});
-        EXPECT_EQ(failureOf(outputs), c.failure) << c.width << "x" << c.height << " payload " << c.payload;
-        if (*c.failure)
-            expectOneCheckLine(log, c.failure);
-        else // adopted without a copy
-        {
-            const auto adopted = image(outputs);
-            EXPECT_EQ(adopted->getImageData().data, buffer->getData());
-            EXPECT_EQ(adopted->getImageData().paddingX, c.paddingX);
-        }
-    }
-}
-
-TEST_F(DecompressorTest, RefusesAGrabResultWithoutABufferOnEveryPath)
-{
-    setFixImage(true);
-    for (bool succeeded : {true, false})
-    {
-        LogCapture log;
-        const auto outputs =
-            run({{"GrabResult", grabVariant({succeeded, Tarvik::PixelType_Mono8, 4, 4, 0, 16}, nullptr)},
-                 {"RepairHintPayloadSizeCamera", integer(16)}});
-        EXPECT_EQ(failureOf(outputs), "Grab result has no buffer.");
-        expectOneCheckLine(log, "Grab result has no buffer.");
-    }
-}
-
 namespace
 {
 
+// The inputs beside the grab result.
 struct Hints
 {
     std::optional<int64_t> grabber = std::nullopt;
@@ -182,6 +108,7 @@ struct Hints
     std::optional<Utils::Variant> format = std::nullopt;
     std::optional<Utils::Variant> width = std::nullopt;
     std::optional<Utils::Variant> height = std::nullopt;
+    std::optional<Utils::Variant> descriptor = std::nullopt;
 };
 
 Core::ValueMap inputsOf(const Hints& hints)
@@ -193,84 +120,177 @@ Core::ValueMap inputsOf(const Hints& hints)
         inputs["RepairHintPayloadSizeCamera"] = integer(*hints.camera);
     for (const auto& [pin, value] :
          {std::pair{"RepairHintPixelFormat", &hints.format}, std::pair{"RepairHintWidth", &hints.width},
-          std::pair{"RepairHintHeight", &hints.height}})
+          std::pair{"RepairHintHeight", &hints.height},
+          std::pair{"CompressionDescriptor", &hints.descriptor}})
         if (*value)
             inputs[pin] = **value;
     return inputs;
 }
 
-// "<format> <width>x<height> took <n>": n leading bytes are those of `source`, all after them zero.
-std::string describe(const Core::IImage& image, const std::vector<uint8_t>& source)
+// "<format> <width>x<height>[+<padding>] took <n>[ in place]": n leading bytes are those of
+// `buffer`, all after them zero; "in place" when the image is the buffer itself.
+std::string describe(const Core::IImage& image, const Core::IBuffer& buffer)
 {
     const std::vector<uint8_t> bytes = bytesOf(image);
-    const size_t limit = std::min(bytes.size(), source.size());
-    const size_t taken =
-        std::mismatch(bytes.begin(), bytes.begin() + limit, source.begin()).first - bytes.begin();
+    const auto* const source = static_cast<const uint8_t*>(buffer.getData());
+    const size_t limit = std::min(bytes.size(), buffer.getSize());
+    const size_t taken = std::mismatch(bytes.begin(), bytes.begin() + limit, source).first - bytes.begin();
     const bool zeroTail = std::all_of(bytes.begin() + taken, bytes.end(), [](uint8_t b) { return b == 0; });
+    const size_t paddingX = image.getImageData().paddingX;
     return std::string(Tarvik::CPixelTypeMapper::GetNameByTarvikPixelType(image.getPixelType())) + " " +
-           std::to_string(image.getWidth()) + "x" + std::to_string(image.getHeight()) + " took " +
-           std::to_string(taken) + (zeroTail ? "" : " and more");
+           std::to_string(image.getWidth()) + "x" + std::to_string(image.getHeight()) +
+           (paddingX ? "+" + std::to_string(paddingX) : "") + " took " + std::to_string(taken) +
+           (zeroTail ? "" : " and more") + (image.getImageData().data == buffer.getData() ? " in place" : "");
 }
 
 } // namespace
 
-TEST_F(DecompressorTest, RepairsABrokenFrameFromItsHints)
+// A healthy frame is adopted in place once its size is checked; a broken one is
+// repaired from its hints into a new image. Each refusal is logged once.
+TEST_F(DecompressorTest, AdoptsAHealthyFrameAndRepairsABrokenOneFromItsHints)
 {
-    const GrabResultDescription mono8{false, Tarvik::PixelType_Mono8, 40, 40, 0, 0};
-    const GrabResultDescription unknown{false, Tarvik::PixelType_Undefined, 40, 40, 0, 0};
-    const GrabResultDescription noWidth{false, Tarvik::PixelType_Mono8, 0, 40, 0, 0};
+    using namespace Tarvik;
+    const char* const padding = "Grab result's buffer is too small for the rows and their padding.";
+    const char* const noBuffer = "Grab result has no buffer.";
+    const GrabResultDescription mono8{false, PixelType_Mono8, 40, 40, 0, 0};
+    const GrabResultDescription unknown{false, PixelType_Undefined, 40, 40, 0, 0};
+    const GrabResultDescription noWidth{false, PixelType_Mono8, 0, 40, 0, 0};
+    const char* const noDescriptor = "Grab result is compressed, but no compression descriptor was provided.";
+    CImageCompressor compressor;
+    const Utils::Variant descriptor{CompressionDescriptor(compressor.GetCompressionDescriptor())};
+    const std::vector<uint8_t> empty = compressor.CompressImage(nullptr, 0, PixelType_Mono8, 0, 4, 0);
+    const std::vector<uint8_t> pixels = counting(40 * 30);
+    const std::vector<uint8_t> good =
+        compressor.CompressImage(pixels.data(), pixels.size(), PixelType_Mono8, 40, 30, 0);
+    const auto damaged = [&](size_t offset, uint8_t value)
+    {
+        std::vector<uint8_t> frame = good;
+        frame[offset] = value;
+        return frame;
+    };
+    const GrabResultDescription compressed{true, PixelType_Mono8, 40, 30, 0, good.size()};
     struct Case
     {
         const char* what;
         GrabResultDescription frame;
+        std::optional<std::vector<uint8_t>> bytes;
         Hints hints;
         std::string result;
     };
     const Case cases[] = {
-        {"camera only", mono8, {.camera = 1000}, "Mono8 40x40 took 1000"},
-        {"grabber beats camera", mono8, {.grabber = 1200, .camera = 1000}, "Mono8 40x40 took 1200"},
-        {"hint above the buffer takes the buffer", mono8, {.grabber = 5000}, "Mono8 40x40 took 1600"},
-        {"both zero", mono8, {.grabber = 0, .camera = 0}, notConclusive},
-        {"no payload pins", mono8, {}, notConclusive},
-        {"negative payload", mono8, {.camera = -5}, notConclusive},
+        {"healthy",
+         {true, PixelType_Mono12p, 10, 10, 0, 150},
+         counting(150),
+         {},
+         "Mono12p 10x10 took 150 in place"},
+        {"short payload", {true, PixelType_Mono12p, 10, 10, 0, 149}, counting(150), {}, implausible},
+        // 300 bits; each row of the image starts on a byte, so the buffer holds 39.
+        {"rows start on bytes",
+         {true, PixelType_Mono10p, 10, 3, 0, 38},
+         counting(39),
+         {},
+         "Mono10p 10x3 took 39 in place"},
+        {"short payload of rows", {true, PixelType_Mono10p, 10, 3, 0, 37}, counting(39), {}, implausible},
+        {"no width", {true, PixelType_Mono8, 0, 5, 0, 0}, counting(1), {}, "Mono8 0x5 took 0 in place"},
+        {"short buffer", {true, PixelType_Mono8, 10, 10, 0, 100000}, counting(99), {}, implausible},
+        // The check leaves padding out; the buffer must still hold it.
+        {"no room for padding", {true, PixelType_Mono8, 4, 2, 2, 8}, counting(8), {}, padding},
+        {"padded", {true, PixelType_Mono8, 4, 2, 2, 8}, counting(12), {}, "Mono8 4x2+2 took 12 in place"},
+        {"no buffer", {true, PixelType_Mono8, 4, 4, 0, 16}, std::nullopt, {.camera = 16}, noBuffer},
+        {"no buffer to repair",
+         {false, PixelType_Mono8, 4, 4, 0, 16},
+         std::nullopt,
+         {.camera = 16},
+         noBuffer},
+        {"camera only", mono8, counting(1600), {.camera = 1000}, "Mono8 40x40 took 1000"},
+        {"grabber beats camera",
+         mono8,
+         counting(1600),
+         {.grabber = 1200, .camera = 1000},
+         "Mono8 40x40 took 1200"},
+        {"hint above the buffer takes the buffer",
+         mono8,
+         counting(1600),
+         {.grabber = 5000},
+         "Mono8 40x40 took 1600"},
+        {"both zero", mono8, counting(1600), {.grabber = 0, .camera = 0}, notConclusive},
+        {"no payload pins", mono8, counting(1600), {}, notConclusive},
+        {"negative payload", mono8, counting(1600), {.camera = -5}, notConclusive},
         {"format hints of a wrong type go unread",
          mono8,
+         counting(1600),
          {.camera = 1600, .format = integer(1), .width = text("x"), .height = Utils::Variant()},
          "Mono8 40x40 took 1600"},
         {"two of three format hints",
          unknown,
+         counting(1600),
          {.camera = 1600, .format = text("Mono8"), .width = integer(40)},
          notConclusive},
         {"width 0 takes all three hints",
          noWidth,
+         counting(1600),
          {.camera = 1600, .format = text("Mono16"), .width = integer(20), .height = integer(30)},
          "Mono16 20x30 took 1200"},
         {"hints give a whole new format",
          unknown,
+         counting(1600),
          {.camera = 1600, .format = text("Mono8"), .width = integer(640), .height = integer(480)},
          "Mono8 640x480 took 1600"},
         {"the default pixel format text",
          unknown,
+         counting(1600),
          {.camera = 1600, .format = text("Undefined"), .width = integer(40), .height = integer(40)},
          notConclusive},
+        // Compression data without an image in the frame is handed on; a failed grab is
+        // repaired from its compressed bytes as they are.
+        {"frame without an image",
+         {true, PixelType_Mono8, 8, 4, 0, empty.size()},
+         empty,
+         {},
+         "Mono8 8x4 took 32 in place"},
+        {"compressed frame of a failed grab",
+         {false, PixelType_Mono8, 40, 30, 0, 1200},
+         good,
+         {.camera = 1200, .descriptor = descriptor},
+         "Mono8 40x30 took " + std::to_string(std::min<size_t>(1200, good.size()))},
+        {"no descriptor", compressed, good, {}, noDescriptor},
+        {"descriptor of another type", compressed, good, {.descriptor = integer(1)}, noDescriptor},
+        {"bad status before a missing descriptor", compressed, damaged(6, 1), {}, noDescriptor},
+        {"bad status",
+         compressed,
+         damaged(6, 1),
+         {.descriptor = descriptor},
+         "Grab result is compressed, but compression status is not ok."},
     };
-    setFixImage(true);
-    const std::vector<uint8_t> bytes = counting(1600);
+    fixImage()->SetValue(true);
     for (const Case& c : cases)
     {
+        SCOPED_TRACE(c.what);
+        const auto buffer = c.bytes ? bufferOf(*c.bytes) : nullptr;
         Core::ValueMap inputs = inputsOf(c.hints);
-        inputs["GrabResult"] = grabVariant(c.frame, bufferOf(bytes));
+        inputs["GrabResult"] = grabVariant(c.frame, buffer);
         LogCapture log;
         const auto outputs = run(inputs);
         const std::string failure = failureOf(outputs);
-        EXPECT_EQ(failure.empty() ? describe(*image(outputs), bytes) : failure, c.result) << c.what;
-        if (c.result == notConclusive)
-            expectOneCheckLine(log, notConclusive);
+        const auto result = image(outputs); // read through const: no copy on access
+        EXPECT_EQ(failure.empty() ? describe(*result, *buffer) : failure, c.result);
+        if (!failure.empty())
+            decompressor.expectOneCheckLine(log, failure);
     }
     // A hint that is read must be of its pin's type; the failure is then the value's, not the hints'.
-    const auto outputs = run(
-        {{"GrabResult", grabVariant(mono8, bufferOf(bytes))}, {"RepairHintPayloadSizeCamera", text("1600")}});
+    const auto outputs = run({{"GrabResult", grabVariant(mono8, bufferOf(counting(1600)))},
+                              {"RepairHintPayloadSizeCamera", text("1600")}});
     EXPECT_EQ(failureOf(outputs), "Could not cast variant data to requested type.");
+
+    // A refusal of the frame format itself ends as the value's failure, without a log line.
+    LogCapture log;
+    const std::vector<uint8_t> badChecksum =
+        damaged(good.size() - 3, static_cast<uint8_t>(good[good.size() - 3] ^ 1));
+    const std::string checksum =
+        failureOf(run({{"GrabResult", grabVariant(compressed, bufferOf(badChecksum))},
+                       {"CompressionDescriptor", descriptor}}));
+    EXPECT_NE(checksum.find("checksum"), std::string::npos) << checksum;
+    EXPECT_TRUE(log.entries().empty());
 }
 
 TEST_F(DecompressorTest, FixImageFollowsTheNodeMapAndTheSettings)
@@ -278,45 +298,34 @@ TEST_F(DecompressorTest, FixImageFollowsTheNodeMapAndTheSettings)
     const Core::ValueMap broken{
         {"GrabResult", grabVariant({false, Tarvik::PixelType_Mono8, 2, 2, 0, 4}, bufferOf(counting(4)))},
         {"RepairHintPayloadSizeCamera", integer(4)}};
-    GenApi::CBooleanPtr fixImage = nodeMap()->GetNode("FixImage");
-    EXPECT_EQ(fixImage->GetNode()->GetVisibility(), GenApi::Expert);
-    EXPECT_FALSE(fixImage->GetValue());
+    EXPECT_EQ(fixImage()->GetNode()->GetVisibility(), GenApi::Expert);
+    EXPECT_FALSE(fixImage()->GetValue());
     const char* const refused = "Grab result is broken but fix image is set to false.";
     {
         LogCapture log;
         EXPECT_EQ(failureOf(run(broken)), refused);
-        expectOneCheckLine(log, refused);
+        decompressor.expectOneCheckLine(log, refused);
     }
-    setFixImage(true);
+    fixImage()->SetValue(true);
     EXPECT_EQ(failureOf(run(broken)), "");
 
-    auto settings = std::make_shared<Core::MemorySettings>();
-    node->save(settings);
-    EXPECT_TRUE(settings->getBool("FixImage"));
-    node->load(std::make_shared<Core::MemorySettings>());
+    EXPECT_TRUE(decompressor.saved()->getBool("FixImage"));
+    decompressor.load([](Core::MemorySettings&) {});
     EXPECT_EQ(failureOf(run(broken)), "") << "a missing key leaves FixImage as it is";
-    settings->setBool("FixImage", false);
-    node->load(settings);
-    EXPECT_FALSE(fixImage->GetValue());
+    decompressor.load([](Core::MemorySettings& settings) { settings.setBool("FixImage", false); });
+    EXPECT_FALSE(fixImage()->GetValue());
     EXPECT_EQ(failureOf(run(broken)), refused);
 }
 
-namespace
-{
-
-struct CompressedFormat
-{
-    EPixelType type;
-    uint32_t width;
-    uint32_t height;
-    size_t paddingX;
-};
-
-} // namespace
-
 TEST_F(DecompressorTest, DecompressesACompressedFrameBitExact)
 {
-    const CompressedFormat formats[] = {
+    const struct
+    {
+        EPixelType type;
+        uint32_t width;
+        uint32_t height;
+        size_t paddingX;
+    } formats[] = {
         {Tarvik::PixelType_Mono8, 64, 48, 0},
         {Tarvik::PixelType_Mono12, 50, 40, 0},
         {Tarvik::PixelType_BayerRG12p, 66, 30, 0},
@@ -324,7 +333,7 @@ TEST_F(DecompressorTest, DecompressesACompressedFrameBitExact)
     };
     Tarvik::CImageCompressor compressor(1, true, 1000);
     const Utils::Variant descriptor{CompressionDescriptor(compressor.GetCompressionDescriptor())};
-    for (const CompressedFormat& f : formats)
+    for (const auto& f : formats)
     {
         const std::vector<uint8_t> pixels =
             counting(Tarvik::ComputeBufferSize(f.type, f.width, f.height, f.paddingX));
@@ -342,84 +351,4 @@ TEST_F(DecompressorTest, DecompressesACompressedFrameBitExact)
         EXPECT_EQ(decompressed->getImageData().paddingX, f.paddingX);
         EXPECT_EQ(bytesOf(*decompressed), pixels) << std::hex << f.type;
     }
-}
-
-TEST_F(DecompressorTest, RefusesDamagedOrMismatchedCompressedFrames)
-{
-    Tarvik::CImageCompressor compressor;
-    const std::vector<uint8_t> pixels = counting(40 * 30);
-    const std::vector<uint8_t> good =
-        compressor.CompressImage(pixels.data(), pixels.size(), Tarvik::PixelType_Mono8, 40, 30, 0);
-    const Utils::Variant descriptor{CompressionDescriptor(compressor.GetCompressionDescriptor())};
-    auto damaged = [&](size_t offset, uint8_t value)
-    {
-        std::vector<uint8_t> frame = good;
-        frame[offset] = value;
-        return frame;
-    };
-    struct Case
-    {
-        const char* what;
-        std::vector<uint8_t> frame;
-        std::optional<Utils::Variant> descriptor;
-        const char* failure;
-        bool logged;
-    };
-    const char* const noDescriptor = "Grab result is compressed, but no compression descriptor was provided.";
-    const char* const badStatus = "Grab result is compressed, but compression status is not ok.";
-    const Case cases[] = {
-        {"no descriptor", good, std::nullopt, noDescriptor, true},
-        {"descriptor of another type", good, integer(1), noDescriptor, true},
-        {"bad status before a missing descriptor", damaged(6, 1), std::nullopt, noDescriptor, true},
-        {"bad status", damaged(6, 1), descriptor, badStatus, true},
-        // A refusal of the frame format itself ends as the value's failure, without a log line.
-        {"checksum", damaged(good.size() - 3, static_cast<uint8_t>(good[good.size() - 3] ^ 1)), descriptor,
-         "checksum", false},
-    };
-    for (const Case& c : cases)
-    {
-        Core::ValueMap inputs{
-            {"GrabResult",
-             grabVariant({true, Tarvik::PixelType_Mono8, 40, 30, 0, c.frame.size()}, bufferOf(c.frame))}};
-        if (c.descriptor)
-            inputs["CompressionDescriptor"] = *c.descriptor;
-        LogCapture log;
-        const std::string failure = failureOf(run(inputs));
-        SCOPED_TRACE(c.what);
-        if (c.logged)
-        {
-            EXPECT_EQ(failure, c.failure);
-            expectOneCheckLine(log, c.failure);
-        }
-        else
-        {
-            EXPECT_NE(failure.find(c.failure), std::string::npos) << failure;
-            EXPECT_TRUE(log.entries().empty());
-        }
-    }
-}
-
-// Only an image in the frame of a good grab is decompressed: compression data
-// without one is handed on, and a failed grab is repaired from its bytes as they are.
-TEST_F(DecompressorTest, DecompressesOnlyAnImageOfAGoodGrab)
-{
-    Tarvik::CImageCompressor compressor;
-    const auto empty = bufferOf(compressor.CompressImage(nullptr, 0, Tarvik::PixelType_Mono8, 0, 4, 0));
-    const auto adopted = image(run(
-        {{"GrabResult", grabVariant({true, Tarvik::PixelType_Mono8, 8, 4, 0, empty->getSize()}, empty)}}));
-    ASSERT_FALSE(adopted->hasError(false));
-    EXPECT_EQ(adopted->getImageData().data, empty->getData());
-
-    const std::vector<uint8_t> frame =
-        compressor.CompressImage(counting(64).data(), 64, Tarvik::PixelType_Mono8, 8, 8, 0);
-    setFixImage(true);
-    const auto outputs =
-        run({{"GrabResult", grabVariant({false, Tarvik::PixelType_Mono8, 8, 8, 0, 64}, bufferOf(frame))},
-             {"RepairHintPayloadSizeCamera", integer(64)},
-             {"CompressionDescriptor",
-              Utils::Variant(CompressionDescriptor(compressor.GetCompressionDescriptor()))}});
-    ASSERT_EQ(failureOf(outputs), "");
-    std::vector<uint8_t> expected(64, 0);
-    std::copy_n(frame.begin(), std::min<size_t>(64, frame.size()), expected.begin());
-    EXPECT_EQ(bytesOf(*image(outputs)), expected);
 }

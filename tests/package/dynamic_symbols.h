@@ -8,11 +8,11 @@
 #include <sstream>
 #include <string>
 
-// The names that `nm -D <selection> <library>` lists; `selection` is
+// The names that `nm -D -j <selection> <library>` lists, one a line; `selection` is
 // "--defined-only" or "--undefined-only". A failing nm fails the calling test.
 inline std::set<std::string> dynamicSymbols(const std::string& library, const char* selection)
 {
-    const std::string command = std::string("nm -D ") + selection + " " + library;
+    const std::string command = std::string("nm -D -j ") + selection + " " + library;
     FILE* const pipe = popen(command.c_str(), "r");
     if (!pipe)
     {
@@ -25,17 +25,10 @@ inline std::set<std::string> dynamicSymbols(const std::string& library, const ch
         output.append(chunk, count);
     EXPECT_EQ(pclose(pipe), 0) << command;
 
-    // The name is the last field of a line: undefined symbols have no address.
     std::set<std::string> names;
     std::istringstream lines(output);
-    for (std::string line; std::getline(lines, line);)
-    {
-        std::istringstream fields(line);
-        std::string name;
-        for (std::string field; fields >> field;)
-            name = field;
+    for (std::string name; std::getline(lines, name);)
         if (!name.empty())
             names.insert(name);
-    }
     return names;
 }

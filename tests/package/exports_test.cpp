@@ -28,6 +28,7 @@ std::set<std::string> exportTable()
 
 } // namespace
 
+// Each destroyer also takes null.
 TEST(PackageExports, OnlyTheExportTableLeavesTheLibraryAndResolvesAfterDlopen)
 {
     EXPECT_EQ(dynamicSymbols(builtPackagePath(), "--defined-only"), exportTable());
@@ -35,6 +36,8 @@ TEST(PackageExports, OnlyTheExportTableLeavesTheLibraryAndResolvesAfterDlopen)
     for (const std::string& name : exportTable())
         EXPECT_NE(package.symbol(name.c_str()), nullptr) << name;
     EXPECT_EQ(package.interfaceVersion(), 2);
+    for (const std::string& node : builtNodes)
+        package.function<PackageLoader::DestroyNode>(("destroy_" + node).c_str())(nullptr);
 }
 
 TEST(PackageExports, InfoBlocksAreFreshCopiesGivenBackThroughDestroyInfo)
@@ -46,25 +49,16 @@ TEST(PackageExports, InfoBlocksAreFreshCopiesGivenBackThroughDestroyInfo)
 
     char* first = createStatic();
     char* second = createStatic();
+    char* dynamic = createDynamic();
     ASSERT_NE(first, nullptr);
     ASSERT_NE(second, nullptr);
     EXPECT_NE(first, second);
     EXPECT_STREQ(first, second);
-    destroyInfo(&first);
-    EXPECT_EQ(first, nullptr);
-    destroyInfo(&second);
-    EXPECT_EQ(second, nullptr);
-
-    char* dynamic = createDynamic();
     EXPECT_EQ(dynamic, nullptr);
     EXPECT_EQ(createDynamic(), nullptr);
-    destroyInfo(&dynamic);
-    EXPECT_EQ(dynamic, nullptr);
-}
-
-TEST(PackageExports, DestroyersIgnoreNull)
-{
-    PackageLoader package{builtPackagePath()};
-    for (const std::string& node : builtNodes)
-        package.function<PackageLoader::DestroyNode>(("destroy_" + node).c_str())(nullptr);
+    for (char** info : {&first, &second, &dynamic})
+    {
+        destroyInfo(info);
+        EXPECT_EQ(*info, nullptr);
+    }
 }

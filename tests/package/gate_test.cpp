@@ -1,15 +1,11 @@
 #include "node_test_support.h"
 
-#include <TarvikDataProcessingCore/core/MemorySettings.h>
+#include <TarvikDataProcessingCore/core/AdvancedNode.h>
 #include <TarvikDataProcessingCore/core/NodeBase.h>
 #include <TarvikDataProcessingCore/core/ScalarValues.h>
 #include <TarvikDataProcessingCore/threading/RecursiveCLock.h>
 
-#include <gtest/gtest.h>
-
-#include <utility>
-
-using namespace Tarvik::DataProcessing;
+using namespace NodeTestSupport;
 
 namespace
 {
@@ -17,24 +13,16 @@ namespace
 class GateTest : public ::testing::Test
 {
 protected:
-    PackageLoader package{builtPackagePath()};
-    std::shared_ptr<Core::INode> gate = package.createNode("Gate");
+    TestedNode gate{"Gate"};
 
     void setEnable(bool enable)
     {
-        auto settings = std::make_shared<Core::MemorySettings>();
-        settings->setBool("Enable", enable);
-        gate->load(settings);
+        gate.load([enable](Core::MemorySettings& settings) { settings.setBool("Enable", enable); });
     }
 
-    bool savedEnable()
-    {
-        auto settings = std::make_shared<Core::MemorySettings>();
-        gate->save(settings);
-        return settings->getBool("Enable");
-    }
+    bool savedEnable() { return gate.saved()->getBool("Enable"); }
 
-    std::shared_ptr<Core::IGraphUpdate> update = std::make_shared<NodeTestSupport::TestUpdate>();
+    Core::ValueMap run(const Utils::Variant& value) { return gate.run({{"GenericInput", value}}); }
 };
 
 } // namespace
@@ -49,33 +37,40 @@ TEST_F(GateTest, PassesWhatCameOnlyWhileEnabled)
     for (const Utils::Variant& value : values)
     {
         setEnable(false);
-        auto outputs = gate->run(update, {{"GenericInput", value}});
-        ASSERT_EQ(outputs.size(), 1u);
-        EXPECT_TRUE(outputs.at(update).empty());
+        EXPECT_TRUE(run(value).empty());
 
         setEnable(true);
-        outputs = gate->run(update, {{"GenericInput", value}});
-        ASSERT_EQ(outputs.at(update).count("GenericOutput"), 1u);
-        const Utils::Variant& passed = std::as_const(outputs).at(update).at("GenericOutput");
-        EXPECT_EQ(passed.get<Core::IInteger>(true), value.get<Core::IInteger>(true)) << "no copy of the data";
+        const Core::ValueMap outputs = run(value);
+        ASSERT_EQ(outputs.count("GenericOutput"), 1u);
+        EXPECT_EQ(outputs.at("GenericOutput").get<Core::IInteger>(true), value.get<Core::IInteger>(true))
+            << "no copy of the data";
     }
-    const auto outputs = gate->run(update, {});
-    ASSERT_EQ(outputs.at(update).count("GenericOutput"), 1u);
-    EXPECT_FALSE(outputs.at(update).at("GenericOutput").isValid());
+    const auto outputs = gate.run({});
+    ASSERT_EQ(outputs.count("GenericOutput"), 1u);
+    EXPECT_FALSE(outputs.at("GenericOutput").isValid());
 }
 
-TEST_F(GateTest, PublishesEnableInItsNodeMapOnTheNodesLock)
+// Loading the package registered the node's class with the framework's bases.
+TEST_F(GateTest, IsRegisteredAndPublishesEnableInItsNodeMapOnTheNodesLock)
 {
-    GenApi::INodeMap* const nodeMap = NodeTestSupport::tessalNodeMap(*gate);
+    const Utils::TypeInfo type = gate.node->getTypeInfo(true);
+    EXPECT_EQ(type.getName(), GenICam::gcstring("TarvikViewerTessalPackage::Gate"));
+    for (const Utils::TypeInfo& base :
+         {Utils::TypeInfo::get<Core::AdvancedNode>(true), Utils::TypeInfo::get<Core::NodeBase>(true),
+          Utils::TypeInfo::get<Core::INode>(true), Utils::TypeInfo::get<Utils::IObject>(true),
+          Utils::TypeInfo::get<Core::INodeMapContainer>(true)})
+        EXPECT_TRUE(type.canConvert(base)) << base.getName();
+
+    GenApi::INodeMap* const nodeMap = tessalNodeMap(*gate.node);
     ASSERT_NE(nodeMap, nullptr);
-    EXPECT_EQ(NodeTestSupport::rootFeatureNames(*nodeMap), std::vector<std::string>{"Enable"});
+    EXPECT_EQ(rootFeatureNames(*nodeMap), std::vector<std::string>{"Enable"});
     GenApi::CBooleanPtr enable = nodeMap->GetNode("Enable");
     EXPECT_EQ(enable->GetNode()->GetToolTip(), "Enable passthrough of data");
     EXPECT_EQ(enable->GetNode()->GetVisibility(), GenApi::Guru);
     EXPECT_FALSE(enable->GetValue());
 
-    const auto* const base = static_cast<Core::NodeBase*>(Utils::type_cast(
-        gate->getRawPointer(), gate->getTypeInfo(true), Utils::TypeInfo::get<Core::NodeBase>(true)));
+    const auto* const base = static_cast<Core::NodeBase*>(
+        Utils::type_cast(gate.node->getRawPointer(), type, Utils::TypeInfo::get<Core::NodeBase>(true)));
     const auto lock = std::dynamic_pointer_cast<Threading::RecursiveCLock>(base->getLock());
     ASSERT_NE(lock, nullptr);
     EXPECT_EQ(&nodeMap->GetLock(), &lock->getLock()) << "one lock for the node and its map";
@@ -83,13 +78,12 @@ TEST_F(GateTest, PublishesEnableInItsNodeMapOnTheNodesLock)
 
 TEST_F(GateTest, ClientWritesReachRunAndEachRealChangeNotifiesOnce)
 {
-    GenApi::INodeMap* const nodeMap = NodeTestSupport::tessalNodeMap(*gate);
+    GenApi::INodeMap* const nodeMap = tessalNodeMap(*gate.node);
     ASSERT_NE(nodeMap, nullptr);
     GenApi::CBooleanPtr enable = nodeMap->GetNode("Enable");
     enable->SetValue(true);
     EXPECT_TRUE(savedEnable());
-    const Utils::Variant value{Core::Integer(5, nullptr)};
-    EXPECT_EQ(gate->run(update, {{"GenericInput", value}}).at(update).count("GenericOutput"), 1u);
+    EXPECT_EQ(run(Utils::Variant{Core::Integer(5, nullptr)}).count("GenericOutput"), 1u);
 
     int callbacks = 0;
     GenApi::Register(enable->GetNode(), [&](GenApi::INode*) { ++callbacks; });
@@ -107,8 +101,8 @@ TEST_F(GateTest, ClientWritesReachRunAndEachRealChangeNotifiesOnce)
         EXPECT_EQ(savedEnable(), change.value);
     }
     // Nothing given changes nothing.
-    gate->load(nullptr);
-    gate->load(std::make_shared<Core::MemorySettings>());
-    gate->save(nullptr);
+    gate.node->load(nullptr);
+    gate.load([](Core::MemorySettings&) {});
+    gate.node->save(nullptr);
     EXPECT_TRUE(savedEnable());
 }

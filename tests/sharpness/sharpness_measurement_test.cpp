@@ -73,26 +73,6 @@ TEST(SharpnessMeasurement, EqualsThePlainDoubleSumsExactly)
     hwy::SetSupportedTargetsForTest(0);
 }
 
-TEST(SharpnessMeasurement, AThreeByThreeRegionMeasuresItsCentre)
-{
-    const SampleGrid grid{3, 3, 1, {1, 2, 3, 4, 200, 6, 7, 8, 9}};
-    const SharpnessSums sums = measure(grid, 8, 0, 0, 0, 3, 3);
-    EXPECT_EQ(sums.sampleCount, 1.0);
-    EXPECT_EQ(sums.sampleSum, 200.0);
-    EXPECT_EQ(sums.responseEnergy, 1560.0 * 1560.0);
-}
-
-// Responses of 16-bit samples reach 8 * 65535 either way: squares beyond 32 bits, added exactly.
-TEST(SharpnessMeasurement, SquaresResponsesBeyond32BitsExactly)
-{
-    for (const auto& [centre, ring] : {std::pair{65535, 0}, std::pair{0, 65535}})
-    {
-        SampleGrid grid{3, 3, 1, std::vector<uint16_t>(9, static_cast<uint16_t>(ring))};
-        grid.samples[4] = static_cast<uint16_t>(centre);
-        EXPECT_EQ(measure(grid, 16, 0, 0, 0, 3, 3).responseEnergy, 274869518400.0); // 524280^2
-    }
-}
-
 // Beyond 2^53 the double additions round, and an integer total would not be
 // the figure: the sums must go on pixel by pixel there.
 TEST(SharpnessMeasurement, EnergyBeyondTwoToThe53IsTheRoundedDoubleSum)
