@@ -28,11 +28,6 @@ struct Layout
     const char* prefix;
 };
 
-void PrintTo(const Layout& layout, std::ostream* stream)
-{
-    *stream << layout.name;
-}
-
 // The ports of the test node as a node publishes them, in the order of adding.
 class AdapterNodeMap : public ::testing::TestWithParam<Layout>
 {
