@@ -116,11 +116,3 @@ TEST(TypeRegistrar, LogsOneLineAndLeavesTheTypeUnregisteredWhenABaseIsMissing)
     EXPECT_EQ(entries[0].category, "tarvik.dataprocessing.utils.TypeInfo");
     EXPECT_FALSE(TypeInfo::get<Orphan>(false).isValid());
 }
-
-TEST(TypeRegistrar, RegistersBasesDirectAndIndirect)
-{
-    const TypeInfo advanced = TypeInfo::get<Core::AdvancedNode>(true);
-    for (const TypeInfo& base : {TypeInfo::get<Core::NodeBase>(true), TypeInfo::get<Core::INode>(true),
-                                 TypeInfo::get<Utils::IObject>(true)})
-        EXPECT_TRUE(advanced.canConvert(base)) << base.getName();
-}
