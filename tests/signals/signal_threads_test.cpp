@@ -1,7 +1,7 @@
 // Signal across threads: stopping a connection while its slot runs elsewhere,
 // the end of a signal during a call, and firings that overlap with connecting
 // and waiting disconnects.
-#include "SignalTestSupport.h"
+#include "observed_lockable.h"
 
 #include <tarvikdataprocessingcore/utils/signal_impl.h>
 
@@ -48,7 +48,7 @@ TEST(SignalThreads, WaitingStopReturnsOnlyAfterTheSlotOnAnotherThread)
     for (const StopCase& c : cases)
     {
         SCOPED_TRACE(c.name);
-        const auto lockable = std::make_shared<SignalTesting::ObservedLockable>();
+        const auto lockable = std::make_shared<ObservedLockable>();
         SignalType signal(lockable);
         std::atomic<int> calls{0};
         std::atomic<bool> slotFinished{false};
@@ -130,7 +130,7 @@ TEST(SignalThreads, SlotStopsItsConnectionWhileRunningOnAnotherThreadToo)
 // word. The slot notices each locking caller by the lock count.
 TEST(SignalThreads, SecondSetEnabledWaitsForADisablingInProgress)
 {
-    const auto lockable = std::make_shared<SignalTesting::ObservedLockable>();
+    const auto lockable = std::make_shared<ObservedLockable>();
     SignalType signal(lockable);
     std::promise<void> entered;
     std::promise<void> release;

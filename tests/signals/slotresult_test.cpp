@@ -1,6 +1,6 @@
 // Slot results and the combiner that logs what slots threw.
-#include "SignalTestSupport.h"
 #include "failure_text.h"
+#include "log_capture.h"
 
 #include <TarvikDataProcessingCore/utils/SlotResult.h>
 
