@@ -34,39 +34,30 @@ TEST(ParameterPort, IntegerRelayFollowsTheNodesTypeInSizeSignAndValue)
 
 // How often the observer runs for a write through the port, by silence and novelty: the node's setter tells
 // of a change, and a loud write makes the relay tell of it once more.
-struct ObserverCase
+TEST(ParameterPort, RelayAndSetterTogetherNotifyAsOftenAsTheyFindAChange)
 {
-    const char* name;
-    bool silent;
-    bool newValue;
-    int expectedCalls;
-};
-
-class ParameterPortObserver : public ::testing::TestWithParam<ObserverCase>
-{
-};
-
-TEST_P(ParameterPortObserver, RelayAndSetterTogetherNotifyAsOftenAsTheyFindAChange)
-{
-    const ObserverCase& c = GetParam();
-    TestNode node;
-    ::testing::StrictMock<MockObserver> observer;
-    const auto port = node.makeEnablePort();
-    port->setObserver(&observer);
-    // The observer gets the port's interface pointer, not some base subobject.
-    EXPECT_CALL(observer, onParameterPortChanged(static_cast<IBasicParameterPort*>(port.get())))
-        .Times(c.expectedCalls);
-    port->setValue(c.newValue, c.silent);
-    EXPECT_EQ(node.getEnable(), c.newValue);
-    EXPECT_EQ(node.setterCalls, 1);
+    struct Case
+    {
+        bool silent;
+        bool newValue;
+        int expectedCalls;
+    };
+    for (const Case& c :
+         {Case{true, true, 1}, Case{false, true, 2}, Case{true, false, 0}, Case{false, false, 0}})
+    {
+        SCOPED_TRACE(testing::Message() << "silent " << c.silent << " new value " << c.newValue);
+        TestNode node;
+        ::testing::StrictMock<MockObserver> observer;
+        const auto port = node.makeEnablePort();
+        port->setObserver(&observer);
+        // The observer gets the port's interface pointer, not some base subobject.
+        EXPECT_CALL(observer, onParameterPortChanged(static_cast<IBasicParameterPort*>(port.get())))
+            .Times(c.expectedCalls);
+        port->setValue(c.newValue, c.silent);
+        EXPECT_EQ(node.getEnable(), c.newValue);
+        EXPECT_EQ(node.setterCalls, 1);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(ParameterPort, ParameterPortObserver,
-                         ::testing::Values(ObserverCase{"SilentNew", true, true, 1},
-                                           ObserverCase{"LoudNew", false, true, 2},
-                                           ObserverCase{"SilentSame", true, false, 0},
-                                           ObserverCase{"LoudSame", false, false, 0}),
-                         [](const auto& test) { return std::string(test.param.name); });
 
 // A NaN differs from everything, itself included: both writes are changes to setter and relay. Without an
 // observer a write tells nobody.

@@ -1,6 +1,6 @@
 // ConditionVariableAny: the wait on a UniqueLock.
-#include "SignalTestSupport.h"
 #include "failure_text.h"
+#include "observed_lockable.h"
 
 #include <TarvikDataProcessingCore/threading/ConditionVariableAny.h>
 
@@ -12,7 +12,7 @@ using namespace Tarvik::DataProcessing;
 
 TEST(ConditionVariableAny, WaitRefusesALockThatOwnsNothingWithoutTouchingIt)
 {
-    SignalTesting::ObservedLockable lockable;
+    ObservedLockable lockable;
     Threading::ConditionVariableAny condition;
     Threading::UniqueLock unlocked(&lockable);
     unlocked.unlock();
@@ -31,7 +31,7 @@ TEST(ConditionVariableAny, WaitRefusesALockThatOwnsNothingWithoutTouchingIt)
 // The notifier can take the lock only while the waiter sleeps in the wait.
 TEST(ConditionVariableAny, WaitReleasesTheLockUntilNotifiedAndTakesItBack)
 {
-    SignalTesting::ObservedLockable lockable;
+    ObservedLockable lockable;
     Threading::ConditionVariableAny condition;
     bool ready = false; // guarded by lockable
     Threading::UniqueLock lock(&lockable);

@@ -1,7 +1,8 @@
 // Signal on one thread: order, lock, trackables, changes during a firing,
 // disconnecting from a slot, and exceptions of slots.
-#include "SignalTestSupport.h"
 #include "failure_text.h"
+#include "log_capture.h"
+#include "observed_lockable.h"
 
 #include <tarvikdataprocessingcore/utils/signal_impl.h>
 
@@ -21,8 +22,7 @@ namespace
 class Signal : public ::testing::Test
 {
 protected:
-    std::shared_ptr<SignalTesting::ObservedLockable> lockable =
-        std::make_shared<SignalTesting::ObservedLockable>();
+    std::shared_ptr<ObservedLockable> lockable = std::make_shared<ObservedLockable>();
     Utils::Signal<void()> signal{lockable};
     std::vector<std::string> calls;
     LogCapture log;

@@ -1,7 +1,7 @@
 // Signal across threads: stopping a connection while its slot runs elsewhere,
 // the end of a signal during a call, and firings that overlap with connecting
 // and waiting disconnects.
-#include "SignalTestSupport.h"
+#include "observed_lockable.h"
 
 #include <tarvikdataprocessingcore/utils/signal_impl.h>
 
@@ -48,7 +48,7 @@ TEST(SignalThreads, WaitingStopReturnsOnlyAfterTheSlotOnAnotherThread)
     for (const StopCase& c : cases)
     {
         SCOPED_TRACE(c.name);
-        const auto lockable = std::make_shared<SignalTesting::ObservedLockable>();
+        const auto lockable = std::make_shared<ObservedLockable>();
         SignalType signal(lockable);
         std::atomic<int> calls{0};
         std::atomic<bool> slotFinished{false};
@@ -130,7 +130,7 @@ TEST(SignalThreads, SlotStopsItsConnectionWhileRunningOnAnotherThreadToo)
 // word. The slot notices each locking caller by the lock count.
 TEST(SignalThreads, SecondSetEnabledWaitsForADisablingInProgress)
 {
-    const auto lockable = std::make_shared<SignalTesting::ObservedLockable>();
+    const auto lockable = std::make_shared<ObservedLockable>();
     SignalType signal(lockable);
     std::promise<void> entered;
     std::promise<void> release;
@@ -173,59 +173,50 @@ TEST(SignalThreads, SecondSetEnabledWaitsForADisablingInProgress)
     EXPECT_EQ(calls, 2);
 }
 
-TEST(SignalThreads, StopWithoutWaitingReturnsWhileTheSlotRuns)
+// Stopping without waiting, and the end of the signal, return while the slot
+// still runs on the firing thread; that call and the firing end safely, the slot
+// is not called again, and the connection outlives its signal.
+TEST(SignalThreads, NonWaitingStopsAndTheEndOfTheSignalReturnWhileTheSlotRuns)
 {
-    SignalType signal;
-    std::promise<void> entered;
-    std::promise<void> release;
-    std::shared_future<void> released = release.get_future().share();
-    int calls = 0;
-    auto connection = signal.connect(
-        [&]
+    for (const bool signalEnds : {false, true})
+    {
+        SCOPED_TRACE(signalEnds ? "the signal ends" : "stops without waiting");
+        auto signal = std::make_unique<SignalType>();
+        SignalType* const firedSignal = signal.get();
+        std::promise<void> entered;
+        std::promise<void> release;
+        std::atomic<int> calls{0};
+        std::atomic<bool> finished{false};
+        auto connection = signal->connect(
+            [&]
+            {
+                ++calls;
+                entered.set_value();
+                release.get_future().wait();
+                finished = true;
+            });
+        std::thread firing([&] { (*firedSignal)(); });
+        entered.get_future().wait();
+        if (signalEnds)
+            signal.reset();
+        else
         {
-            ++calls;
-            entered.set_value();
-            released.wait();
-        });
-    std::thread firing([&] { signal(); });
-    entered.get_future().wait();
-    connection->setEnabled(false, false);
-    EXPECT_FALSE(connection->isEnabled());
-    connection->disconnect(false);
-    EXPECT_FALSE(connection->isConnected());
-    release.set_value();
-    firing.join();
-    signal();
-    EXPECT_EQ(calls, 1);
-}
-
-// The firing thread still runs a slot when the signal ends; the call and the
-// firing end safely, without the signal, and the connection stays usable.
-TEST(SignalThreads, SignalEndsWhileASlotRuns)
-{
-    auto signal = std::make_unique<SignalType>();
-    SignalType* const firedSignal = signal.get();
-    std::promise<void> entered;
-    std::promise<void> release;
-    std::atomic<bool> finished{false};
-    auto connection = signal->connect(
-        [&]
-        {
-            entered.set_value();
-            release.get_future().wait();
-            finished = true;
-        });
-    std::thread firing([&] { (*firedSignal)(); });
-    entered.get_future().wait();
-    signal.reset();
-    EXPECT_FALSE(connection->isConnected());
-    release.set_value();
-    firing.join();
-    EXPECT_TRUE(finished);
-    // The connection outlives its signal.
-    connection->setEnabled(false, true);
-    connection->disconnect(true);
-    EXPECT_FALSE(connection->isEnabled());
+            connection->setEnabled(false, false);
+            EXPECT_FALSE(connection->isEnabled());
+            connection->disconnect(false);
+        }
+        EXPECT_FALSE(connection->isConnected());
+        EXPECT_FALSE(finished);
+        release.set_value();
+        firing.join();
+        EXPECT_TRUE(finished);
+        if (signal)
+            (*signal)();
+        EXPECT_EQ(calls, 1);
+        connection->setEnabled(false, true);
+        connection->disconnect(true);
+        EXPECT_FALSE(connection->isEnabled());
+    }
 }
 
 // Firings on several threads while connections come and go. Once a waiting

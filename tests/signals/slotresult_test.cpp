@@ -1,6 +1,6 @@
 // Slot results and the combiner that logs what slots threw.
-#include "SignalTestSupport.h"
 #include "failure_text.h"
+#include "log_capture.h"
 
 #include <TarvikDataProcessingCore/utils/SlotResult.h>
 
@@ -40,15 +40,7 @@ TEST(ExceptionResult, RethrowsOnceAndIsThenInvalid)
     Utils::ExceptionResult<void> result(exceptionOf(std::out_of_range("index 9")));
     EXPECT_TRUE(result.isValid());
     EXPECT_TRUE(result.hasException());
-    try
-    {
-        result.get();
-        FAIL() << "no exception";
-    }
-    catch (const std::out_of_range& e)
-    {
-        EXPECT_STREQ(e.what(), "index 9");
-    }
+    EXPECT_THAT([&] { result.get(); }, ::testing::ThrowsMessage<std::out_of_range>("index 9"));
     EXPECT_FALSE(result.isValid());
     EXPECT_EQ(failureOf([&] { result.get(); }), "RuntimeException: Result is not valid.");
     EXPECT_EQ(failureOf([&] { (void)result.hasException(); }), "RuntimeException: Result is not valid.");

@@ -12,19 +12,6 @@ using Core::Image;
 namespace
 {
 
-class VectorBuffer : public Core::IBuffer
-{
-public:
-    explicit VectorBuffer(size_t size)
-        : bytes(size)
-    {
-    }
-    void* getData() override { return bytes.data(); }
-    const void* getData() const override { return bytes.data(); }
-    size_t getSize() const override { return bytes.size(); }
-    std::vector<uint8_t> bytes;
-};
-
 const auto provider = std::make_shared<Core::AlignedBufferProvider>();
 
 const uint8_t* bytesOf(const Core::IImage& image)
@@ -36,9 +23,9 @@ const uint8_t* bytesOf(const Core::IImage& image)
 
 TEST(Image, AdoptsABufferWithoutCopying)
 {
-    auto buffer = std::make_shared<VectorBuffer>(3 * 2 + 2 * 2);
+    const auto buffer = provider->allocate(3 * 2 + 2 * 2);
     const Image image(Tarvik::PixelType_Mono8, 3, 2, 2, buffer, nullptr);
-    EXPECT_EQ(image.getImageData().data, buffer->bytes.data());
+    EXPECT_EQ(image.getImageData().data, buffer->getData());
     EXPECT_EQ(image.getImageData().paddingX, 2u);
     EXPECT_EQ(image.getImageSize(), 10u);
     EXPECT_FALSE(image.hasError(true));

@@ -35,12 +35,10 @@ RefusedAllocation::~RefusedAllocation()
     refusedSize = m_previous;
 }
 
-// The replaced allocation functions; the aligned forms keep their own pairs.
+// The replaced allocation functions. The array and aligned forms keep their own
+// pairs: the standard library's array forms call these, and a sanitizer's pair
+// among themselves.
 void* operator new(std::size_t size)
-{
-    return allocateOrThrow(size);
-}
-void* operator new[](std::size_t size)
 {
     return allocateOrThrow(size);
 }
@@ -48,15 +46,7 @@ void* operator new(std::size_t size, const std::nothrow_t&) noexcept
 {
     return allocate(size);
 }
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
-{
-    return allocate(size);
-}
 void operator delete(void* memory) noexcept
-{
-    std::free(memory);
-}
-void operator delete[](void* memory) noexcept
 {
     std::free(memory);
 }
@@ -64,15 +54,7 @@ void operator delete(void* memory, std::size_t) noexcept
 {
     std::free(memory);
 }
-void operator delete[](void* memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
 void operator delete(void* memory, const std::nothrow_t&) noexcept
-{
-    std::free(memory);
-}
-void operator delete[](void* memory, const std::nothrow_t&) noexcept
 {
     std::free(memory);
 }

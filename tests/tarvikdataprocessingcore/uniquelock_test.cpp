@@ -1,8 +1,7 @@
 // A unique lock holds its lockable for its scope, lets go exactly once, and
 // refuses to lock or unlock twice or without a lockable.
 #include "failure_text.h"
-
-#include <TarvikDataProcessingCore/threading/IRecursiveLockable.h>
+#include "observed_lockable.h"
 
 #include <tarvikdataprocessingcore/threading/uniquelock_impl.h>
 
@@ -10,28 +9,17 @@
 
 using namespace Tarvik::DataProcessing::Threading;
 
-namespace
-{
-class CountingLockable : public IRecursiveLockable
-{
-public:
-    void lock() override { ++depth; }
-    void unlock() override { --depth; }
-    int depth = 0;
-};
-} // namespace
-
 TEST(UniqueLock, HoldsForItsScopeAndRefusesToLockOrUnlockTwice)
 {
-    CountingLockable lockable;
+    ObservedLockable lockable;
     {
         UniqueLock guard(&lockable);
         EXPECT_TRUE(guard.ownsLock());
         EXPECT_EQ(failureOf([&] { guard.lock(); }),
                   "RuntimeException: Lockable is already owned by this unique lock.");
-        EXPECT_EQ(lockable.depth, 1);
+        EXPECT_EQ(lockable.depth(), 1);
     }
-    EXPECT_EQ(lockable.depth, 0);
+    EXPECT_EQ(lockable.depth(), 0);
     {
         UniqueLock guard(&lockable);
         guard.unlock();
@@ -39,12 +27,12 @@ TEST(UniqueLock, HoldsForItsScopeAndRefusesToLockOrUnlockTwice)
         EXPECT_EQ(failureOf([&] { guard.unlock(); }),
                   "RuntimeException: Lockable is not owned by this unique lock.");
     }
-    EXPECT_EQ(lockable.depth, 0);
+    EXPECT_EQ(lockable.depth(), 0);
     {
         ScopedLock guard(lockable);
-        EXPECT_EQ(lockable.depth, 1);
+        EXPECT_EQ(lockable.depth(), 1);
     }
-    EXPECT_EQ(lockable.depth, 0);
+    EXPECT_EQ(lockable.depth(), 0);
 
     const std::string none = "RuntimeException: No lockable is associated with this unique lock.";
     EXPECT_EQ(failureOf([] { UniqueLock nothing(nullptr); }), none);

@@ -1,18 +1,12 @@
-// Tools of the signal tests: the log capture of the framework's tests, and a lock
-// that can be watched from other threads.
+// A recursive lock that tells how often it was taken and how deeply it is held,
+// also to other threads.
 #pragma once
-
-#include "log_capture.h"
 
 #include <TarvikDataProcessingCore/threading/IRecursiveLockable.h>
 
 #include <atomic>
 #include <mutex>
 
-namespace SignalTesting
-{
-
-// A recursive lock that tells how often it was taken and how deeply it is held.
 class ObservedLockable final : public Tarvik::DataProcessing::Threading::IRecursiveLockable
 {
 public:
@@ -35,5 +29,3 @@ private:
     std::atomic<int> m_depth{0};
     std::atomic<int> m_lockCount{0};
 };
-
-} // namespace SignalTesting
