@@ -13,6 +13,7 @@
 #include <numeric>
 #include <optional>
 #include <string>
+#include <string_view>
 
 using namespace Tarvik;
 using namespace Tarvik::DataProcessing;
@@ -47,34 +48,26 @@ uint64_t sum(const Bins& bins)
     return std::accumulate(bins.begin(), bins.end(), uint64_t{0});
 }
 
-// The Bayer codes by filter number (RG, GB, GR, BG): those read directly first.
-const EPixelType bayerByFilter[4][7] = {
-    {PixelType_BayerRG8, PixelType_BayerRG10, PixelType_BayerRG12, PixelType_BayerRG16,
-     PixelType_BayerRG12Packed, PixelType_BayerRG10p, PixelType_BayerRG12p},
-    {PixelType_BayerGB8, PixelType_BayerGB10, PixelType_BayerGB12, PixelType_BayerGB16,
-     PixelType_BayerGB12Packed, PixelType_BayerGB10p, PixelType_BayerGB12p},
-    {PixelType_BayerGR8, PixelType_BayerGR10, PixelType_BayerGR12, PixelType_BayerGR16,
-     PixelType_BayerGR12Packed, PixelType_BayerGR10p, PixelType_BayerGR12p},
-    {PixelType_BayerBG8, PixelType_BayerBG10, PixelType_BayerBG12, PixelType_BayerBG16,
-     PixelType_BayerBG12Packed, PixelType_BayerBG10p, PixelType_BayerBG12p},
-};
-
-// The filter number of a code by the table above, 4 for none.
+// The filter number (RG, GB, GR, BG) that a Bayer name gives by the colours of
+// its first row; 4 for any other code.
 int filterOf(EPixelType type)
 {
-    int filter = 0;
-    while (filter < 4 && std::ranges::count(bayerByFilter[filter], type) == 0)
-        ++filter;
-    return filter;
+    const PixelTypeInfo* const info = FindPixelTypeInfo(type);
+    if (info == nullptr || info->family != PixelFamily::Bayer)
+        return 4;
+    const std::string_view firstRows[] = {"RG", "GB", "GR", "BG"};
+    return static_cast<int>(std::ranges::find(firstRows, std::string_view(info->name).substr(5, 2)) -
+                            firstRows);
 }
 
 // Every format that the samplers read without unpacking.
 std::vector<EPixelType> directFormats()
 {
-    std::vector<EPixelType> formats = {PixelType_Mono8,  PixelType_Mono10, PixelType_Mono12, PixelType_Mono14,
-                                       PixelType_Mono16, PixelType_RGB8,   PixelType_BGR8,   PixelType_RGB16};
-    for (const auto& codes : bayerByFilter)
-        formats.insert(formats.end(), codes, codes + 4);
+    std::vector<EPixelType> formats = {PixelType_RGB8, PixelType_BGR8, PixelType_RGB16};
+    for (const PixelTypeInfo& info : PixelTypeTable())
+        if (info.packing == PixelPacking::Unpacked &&
+            (info.family == PixelFamily::Mono || info.family == PixelFamily::Bayer))
+            formats.push_back(info.type);
     return formats;
 }
 
