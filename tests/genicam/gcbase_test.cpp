@@ -1,9 +1,8 @@
+#include "lock_probe.h"
+
 #include <GCBase/GCException.h>
-#include <GCBase/Synch.h>
 
 #include <gtest/gtest.h>
-
-#include <thread>
 
 using namespace GenICam;
 
@@ -39,18 +38,9 @@ TEST(CLock, IsRecursiveAndExcludesOtherThreads)
     GenApi::CLock lock;
     lock.Lock();
     EXPECT_TRUE(lock.TryLock());
-    bool otherGotIt = true;
-    std::thread([&] { otherGotIt = lock.TryLock(); }).join();
-    EXPECT_FALSE(otherGotIt);
+    EXPECT_TRUE(GenApiTest::IsLockedElsewhere(lock));
     lock.Unlock();
+    EXPECT_TRUE(GenApiTest::IsLockedElsewhere(lock)) << "still held once";
     lock.Unlock();
-    std::thread(
-        [&]
-        {
-            otherGotIt = lock.TryLock();
-            if (otherGotIt)
-                lock.Unlock();
-        })
-        .join();
-    EXPECT_TRUE(otherGotIt);
+    EXPECT_FALSE(GenApiTest::IsLockedElsewhere(lock));
 }
