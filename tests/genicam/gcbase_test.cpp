@@ -1,5 +1,3 @@
-#include "lock_probe.h"
-
 #include <GCBase/GCException.h>
 
 #include <gtest/gtest.h>
@@ -31,16 +29,4 @@ TEST(GcException, CarriesFormattedDescriptionAndSourcePositionAndIsCaughtByItsBa
     }
     EXPECT_THROW(throw INVALID_ARGUMENT_EXCEPTION("x"), InvalidArgumentException);
     EXPECT_THROW(throw BAD_ALLOC_EXCEPTION("x"), std::exception);
-}
-
-TEST(CLock, IsRecursiveAndExcludesOtherThreads)
-{
-    GenApi::CLock lock;
-    lock.Lock();
-    EXPECT_TRUE(lock.TryLock());
-    EXPECT_TRUE(GenApiTest::IsLockedElsewhere(lock));
-    lock.Unlock();
-    EXPECT_TRUE(GenApiTest::IsLockedElsewhere(lock)) << "still held once";
-    lock.Unlock();
-    EXPECT_FALSE(GenApiTest::IsLockedElsewhere(lock));
 }

@@ -4,7 +4,6 @@
 #pragma once
 
 #include "../histogram/failure_text.h"
-#include "lock_probe.h"
 
 #include <GenApi/GenApi.h>
 
@@ -118,6 +117,21 @@ private:
 
     std::vector<uint8_t> m_bytes = std::vector<uint8_t>(0x200);
 };
+
+// Whether another thread finds the lock taken right now.
+inline bool IsLockedElsewhere(GenApi::CLock& lock)
+{
+    bool taken = false;
+    std::thread probe(
+        [&]
+        {
+            taken = !lock.TryLock();
+            if (!taken)
+                lock.Unlock();
+        });
+    probe.join();
+    return taken;
+}
 
 // A map of one document under the test's lock, with `port` connected.
 class CMapTest : public ::testing::Test
