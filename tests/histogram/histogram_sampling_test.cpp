@@ -1,3 +1,4 @@
+#include "../package/claiming_image.h"
 #include "failure_text.h"
 #include "reference_histogram.h"
 #include "sampling_access.h"
@@ -181,32 +182,11 @@ TEST(HistogramSampling, MonoSkipsSamplesOutOfRangeAndNothingIsCountedForWhatNoSa
     EXPECT_EQ(sum(rgba.red) + sum(rgba.green) + sum(rgba.blue) + sum(rgba.lum), 0u);
 }
 
-// An image that claims more pixels than its buffer holds.
-class ShortImage : public Core::IImage
-{
-public:
-    bool hasError(bool) const override { return false; }
-    std::shared_ptr<Core::IError> getError(bool) const override { return nullptr; }
-    EPixelType getPixelType() const override { return PixelType_Mono16; }
-    uint32_t getWidth() const override { return 8; }
-    uint32_t getHeight() const override { return 8; }
-    size_t getImageSize() const override { return sizeof m_bytes; }
-    Core::ImageDataView<const void> getImageData() const override { return {m_bytes, 0}; }
-    Core::ImageDataView<void> getImageData() override { return {m_bytes, 0}; }
-    Utils::TypeInfo getTypeInfo(bool mustExist) const override
-    {
-        return Utils::TypeInfo::get<Core::IImage>(mustExist);
-    }
-    const void* getRawPointer() const override { return this; }
-    void* getRawPointer() override { return this; }
-
-private:
-    uint8_t m_bytes[64] = {};
-};
-
 TEST(HistogramSampling, ImageSmallerThanItsSizeIsRefusedUnread)
 {
-    const Sampling::ImagePointer image(new ShortImage());
+    // 8 x 8 Mono16 pixels over 64 bytes.
+    const Sampling::ImagePointer image(
+        new NodeTestSupport::ClaimingImage(PixelType_Mono16, 8, 8, 0, std::vector<uint8_t>(64)));
     Bins lum(65536);
     const std::string failure = failureOf([&] { Sampling::sampleMono(image, lum); });
     EXPECT_EQ(failure.rfind("RuntimeException: Image buffer of 64 bytes is too small", 0), 0u) << failure;
