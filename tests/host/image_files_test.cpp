@@ -51,27 +51,17 @@ class ImageFiles : public PackageGraph
 protected:
     void SetUp() override { std::filesystem::create_directories(folder); }
 
-    // Plays the folder through a Converter for `frames` updates; keeps the
-    // source's and the converter's image of each frame.
+    // Plays the folder for `frames` updates; keeps the image of each frame.
     void play(const nlohmann::json& settings, uint64_t frames)
     {
         const nlohmann::json graphJson = {
-            {"nodes",
-             {{{"name", "files"}, {"module", "ImageFiles"}, {"settings", settings}},
-              {{"name", "converter"}, {"module", "Converter"}}}},
-            {"edges", {{{"from", "files.Image"}, {"to", "converter.Image"}}}}};
+            {"nodes", {{{"name", "files"}, {"module", "ImageFiles"}, {"settings", settings}}}}};
         build(GraphDescription::parse(graphJson.dump(), "test"));
-        run(frames,
-            [this](uint64_t)
-            {
-                source.push_back(lastValue("files"));
-                converted.push_back(lastValue("converter", "ImageConverted"));
-            });
+        run(frames, [this](uint64_t) { source.push_back(lastValue("files")); });
     }
 
     const std::filesystem::path folder = freshFolder("files");
     std::vector<ImagePtr> source;
-    std::vector<ImagePtr> converted;
 };
 
 } // namespace
@@ -101,9 +91,6 @@ TEST_F(ImageFiles, FramesComeOutPixelForPixelInTheOrderOfTheirNames)
         EXPECT_EQ(source[i]->getWidth(), expected.getWidth()) << i;
         EXPECT_EQ(pixelsOf(*source[i]), pixelsOf(expected)) << i;
     }
-    // Mono8 frames leave the Converter as they came.
-    for (const size_t i : {0, 4})
-        EXPECT_EQ(pixelsOf(*converted[i]), pixelsOf(*written[i])) << i;
     // The raw frame is the file's bytes, padding included, without a copy of its own.
     EXPECT_EQ(source[4]->getImageData().paddingX, 5u);
 }
