@@ -73,6 +73,12 @@ bool decode(PngInput* input, PngFailure* failure, Allocate allocate, void* conte
     }
     png_set_read_fn(png, input, readBytes);
     png_read_info(png, info);
+    // Deflate packs at most 1032 bytes into one, so a file too short for the pixels it
+    // declares is refused here, before their memory is asked for.
+    const uint64_t storedBytes =
+        (uint64_t{png_get_rowbytes(png, info)} - 1) * png_get_image_height(png, info);
+    if (storedBytes / 1032 > input->size - input->offset)
+        png_error(png, "the file is too short for the size it declares (truncated)");
     const int colourType = png_get_color_type(png, info);
     png_set_expand_gray_1_2_4_to_8(png);
     if (colourType == PNG_COLOR_TYPE_PALETTE)

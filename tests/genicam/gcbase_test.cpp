@@ -1,9 +1,6 @@
 #include <GCBase/GCException.h>
-#include <GCBase/Synch.h>
 
 #include <gtest/gtest.h>
-
-#include <thread>
 
 using namespace GenICam;
 
@@ -32,25 +29,4 @@ TEST(GcException, CarriesFormattedDescriptionAndSourcePositionAndIsCaughtByItsBa
     }
     EXPECT_THROW(throw INVALID_ARGUMENT_EXCEPTION("x"), InvalidArgumentException);
     EXPECT_THROW(throw BAD_ALLOC_EXCEPTION("x"), std::exception);
-}
-
-TEST(CLock, IsRecursiveAndExcludesOtherThreads)
-{
-    GenApi::CLock lock;
-    lock.Lock();
-    EXPECT_TRUE(lock.TryLock());
-    bool otherGotIt = true;
-    std::thread([&] { otherGotIt = lock.TryLock(); }).join();
-    EXPECT_FALSE(otherGotIt);
-    lock.Unlock();
-    lock.Unlock();
-    std::thread(
-        [&]
-        {
-            otherGotIt = lock.TryLock();
-            if (otherGotIt)
-                lock.Unlock();
-        })
-        .join();
-    EXPECT_TRUE(otherGotIt);
 }

@@ -1,6 +1,7 @@
-// One map used from several threads: every access takes the map's lock, so
-// concurrent writes of a register-backed feature never tear and a client that
-// holds the lock keeps everyone else out.
+// The map's lock, recursive for one thread and closed to the others, and one
+// map used from several threads: every access takes the lock, so concurrent
+// writes of a register-backed feature never tear and a client that holds the
+// lock keeps everyone else out.
 #include "genapi_test_support.h"
 
 #include <atomic>
@@ -47,6 +48,18 @@ TEST_F(NodeMapThreads, ConcurrentWritesAndReadsNeverTear)
     reader.join();
     EXPECT_FALSE(torn);
     EXPECT_EQ(callbacks, rounds);
+}
+
+TEST(CLock, IsRecursiveAndExcludesOtherThreads)
+{
+    CLock lock;
+    lock.Lock();
+    EXPECT_TRUE(lock.TryLock());
+    EXPECT_TRUE(GenApiTest::IsLockedElsewhere(lock));
+    lock.Unlock();
+    EXPECT_TRUE(GenApiTest::IsLockedElsewhere(lock)) << "still held once";
+    lock.Unlock();
+    EXPECT_FALSE(GenApiTest::IsLockedElsewhere(lock));
 }
 
 TEST_F(NodeMapThreads, ClientHoldingTheLockKeepsOtherThreadsOut)

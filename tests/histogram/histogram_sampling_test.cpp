@@ -1,3 +1,4 @@
+#include "../package/claiming_image.h"
 #include "failure_text.h"
 #include "reference_histogram.h"
 #include "sampling_access.h"
@@ -13,6 +14,7 @@
 #include <numeric>
 #include <optional>
 #include <string>
+#include <string_view>
 
 using namespace Tarvik;
 using namespace Tarvik::DataProcessing;
@@ -47,34 +49,26 @@ uint64_t sum(const Bins& bins)
     return std::accumulate(bins.begin(), bins.end(), uint64_t{0});
 }
 
-// The Bayer codes by filter number (RG, GB, GR, BG): those read directly first.
-const EPixelType bayerByFilter[4][7] = {
-    {PixelType_BayerRG8, PixelType_BayerRG10, PixelType_BayerRG12, PixelType_BayerRG16,
-     PixelType_BayerRG12Packed, PixelType_BayerRG10p, PixelType_BayerRG12p},
-    {PixelType_BayerGB8, PixelType_BayerGB10, PixelType_BayerGB12, PixelType_BayerGB16,
-     PixelType_BayerGB12Packed, PixelType_BayerGB10p, PixelType_BayerGB12p},
-    {PixelType_BayerGR8, PixelType_BayerGR10, PixelType_BayerGR12, PixelType_BayerGR16,
-     PixelType_BayerGR12Packed, PixelType_BayerGR10p, PixelType_BayerGR12p},
-    {PixelType_BayerBG8, PixelType_BayerBG10, PixelType_BayerBG12, PixelType_BayerBG16,
-     PixelType_BayerBG12Packed, PixelType_BayerBG10p, PixelType_BayerBG12p},
-};
-
-// The filter number of a code by the table above, 4 for none.
+// The filter number (RG, GB, GR, BG) that a Bayer name gives by the colours of
+// its first row; 4 for any other code.
 int filterOf(EPixelType type)
 {
-    int filter = 0;
-    while (filter < 4 && std::ranges::count(bayerByFilter[filter], type) == 0)
-        ++filter;
-    return filter;
+    const PixelTypeInfo* const info = FindPixelTypeInfo(type);
+    if (info == nullptr || info->family != PixelFamily::Bayer)
+        return 4;
+    const std::string_view firstRows[] = {"RG", "GB", "GR", "BG"};
+    return static_cast<int>(std::ranges::find(firstRows, std::string_view(info->name).substr(5, 2)) -
+                            firstRows);
 }
 
 // Every format that the samplers read without unpacking.
 std::vector<EPixelType> directFormats()
 {
-    std::vector<EPixelType> formats = {PixelType_Mono8,  PixelType_Mono10, PixelType_Mono12, PixelType_Mono14,
-                                       PixelType_Mono16, PixelType_RGB8,   PixelType_BGR8,   PixelType_RGB16};
-    for (const auto& codes : bayerByFilter)
-        formats.insert(formats.end(), codes, codes + 4);
+    std::vector<EPixelType> formats = {PixelType_RGB8, PixelType_BGR8, PixelType_RGB16};
+    for (const PixelTypeInfo& info : PixelTypeTable())
+        if (info.packing == PixelPacking::Unpacked &&
+            (info.family == PixelFamily::Mono || info.family == PixelFamily::Bayer))
+            formats.push_back(info.type);
     return formats;
 }
 
@@ -188,32 +182,11 @@ TEST(HistogramSampling, MonoSkipsSamplesOutOfRangeAndNothingIsCountedForWhatNoSa
     EXPECT_EQ(sum(rgba.red) + sum(rgba.green) + sum(rgba.blue) + sum(rgba.lum), 0u);
 }
 
-// An image that claims more pixels than its buffer holds.
-class ShortImage : public Core::IImage
-{
-public:
-    bool hasError(bool) const override { return false; }
-    std::shared_ptr<Core::IError> getError(bool) const override { return nullptr; }
-    EPixelType getPixelType() const override { return PixelType_Mono16; }
-    uint32_t getWidth() const override { return 8; }
-    uint32_t getHeight() const override { return 8; }
-    size_t getImageSize() const override { return sizeof m_bytes; }
-    Core::ImageDataView<const void> getImageData() const override { return {m_bytes, 0}; }
-    Core::ImageDataView<void> getImageData() override { return {m_bytes, 0}; }
-    Utils::TypeInfo getTypeInfo(bool mustExist) const override
-    {
-        return Utils::TypeInfo::get<Core::IImage>(mustExist);
-    }
-    const void* getRawPointer() const override { return this; }
-    void* getRawPointer() override { return this; }
-
-private:
-    uint8_t m_bytes[64] = {};
-};
-
 TEST(HistogramSampling, ImageSmallerThanItsSizeIsRefusedUnread)
 {
-    const Sampling::ImagePointer image(new ShortImage());
+    // 8 x 8 Mono16 pixels over 64 bytes.
+    const Sampling::ImagePointer image(
+        new NodeTestSupport::ClaimingImage(PixelType_Mono16, 8, 8, 0, std::vector<uint8_t>(64)));
     Bins lum(65536);
     const std::string failure = failureOf([&] { Sampling::sampleMono(image, lum); });
     EXPECT_EQ(failure.rfind("RuntimeException: Image buffer of 64 bytes is too small", 0), 0u) << failure;

@@ -1,6 +1,7 @@
-// The default graph on Aravis' in-process fake camera: the whole road from a
-// GenICam stack to the histograms, with the camera's buffers adopted, not
-// copied, and given back to the stream; the camera's own features through the
+// The default graph on Aravis' in-process fake camera: frames from a GenICam
+// stack on the camera's buffers, adopted, not copied, and given back to the
+// stream, and every node of the graph without an error (what the nodes make of
+// a frame, their own tests pin); the camera's own features through the
 // node-map tool; and what the camera can do wrong.
 #include "host_command.h"
 #include "hostrun.h"
@@ -8,7 +9,6 @@
 #include "package_graph.h"
 #include "sourceerror.h"
 
-#include <TarvikDataProcessingCore/core/IArray.h>
 #include <TarvikDataProcessingCore/core/IImage.h>
 #include <TarvikDataProcessingCore/core/ScalarValues.h>
 
@@ -32,14 +32,16 @@ using Image = Utils::COWPtr<Core::IImage>;
 class AravisFakeCamera : public PackageGraph
 {
 protected:
-    static DefaultGraphOptions onFakeCamera()
+    // Builds the default graph on the fake camera, with `changes` to the camera's settings.
+    void buildOnFakeCamera(const nlohmann::json& changes = nlohmann::json::object())
     {
         DefaultGraphOptions options;
         options.camera.width = width;
         options.camera.height = height;
         options.aravis = {
             {"Camera", "Fake_1"}, {"Width", width}, {"Height", height}, {"BufferCount", bufferCount}};
-        return options;
+        options.aravis.update(changes);
+        build(catalog.defaultGraph(options));
     }
 
     // The description of the camera's error value on `node`'s image.
@@ -51,12 +53,11 @@ protected:
 
 } // namespace
 
-// Frames on the camera's own buffers, which go back to the stream, counted
-// whole and converted; a feature written through the node-map tool changes the
-// frames that follow.
+// Frames on the camera's own buffers, which go back to the stream; a feature
+// written through the node-map tool changes the frames that follow.
 TEST_F(AravisFakeCamera, FramesComeOnAdoptedBuffersAndFollowFeatureWrites)
 {
-    build(catalog.defaultGraph(onFakeCamera()));
+    buildOnFakeCamera();
     Core::INode& camera = *graph->node("camera");
     const std::vector<FeatureRow> rows = listFeatures(camera);
     const auto widthRow =
@@ -68,7 +69,6 @@ TEST_F(AravisFakeCamera, FramesComeOnAdoptedBuffersAndFollowFeatureWrites)
     std::set<const void*> buffers;
     std::vector<uint32_t> grabbed;
     std::vector<int64_t> hinted;
-    std::vector<uint32_t> decompressed;
     const auto runFrames = [&](int frames)
     {
         for (int frame = 0; frame < frames; ++frame)
@@ -81,19 +81,6 @@ TEST_F(AravisFakeCamera, FramesComeOnAdoptedBuffersAndFollowFeatureWrites)
             buffers.insert(grab->getBuffer()->getData());
             grabbed.push_back(grab->getWidth());
             hinted.push_back(lastValue<Core::IInteger>("camera", "Width")->getValue());
-            decompressed.push_back(lastValue("decompressor")->getWidth());
-            // The fake camera's Mono8 frames: a ramp, every pixel in the luminance histogram.
-            const auto lum = lastValue<Core::IArrayT<Core::IInteger, void>>("histogram", "Lum");
-            int64_t counted = 0;
-            size_t filledBins = 0;
-            for (size_t bin = 0; bin < lum->getSize(); ++bin)
-            {
-                counted += lum->elementRef(bin)->getValue();
-                filledBins += lum->elementRef(bin)->getValue() > 0 ? 1 : 0;
-            }
-            EXPECT_EQ(counted, grab->getWidth() * int64_t{height});
-            EXPECT_GT(filledBins, 1u);
-            EXPECT_EQ(lastValue("converter", "ImageConverted")->getPixelType(), Tarvik::PixelType_Mono8);
         }
     };
     graph->start();
@@ -111,16 +98,13 @@ TEST_F(AravisFakeCamera, FramesComeOnAdoptedBuffersAndFollowFeatureWrites)
     widths.insert(widths.end(), 4, 96);
     EXPECT_EQ(grabbed, widths);
     EXPECT_EQ(hinted, std::vector<int64_t>(widths.begin(), widths.end()));
-    EXPECT_EQ(decompressed, widths);
     for (const std::string& name : graph->nodeNames())
         EXPECT_EQ(graph->statistics(name).errorCount(), 0u) << name;
 }
 
 TEST_F(AravisFakeCamera, TruncatedBuffersAreFailedGrabResultsThatTheHintsRepair)
 {
-    DefaultGraphOptions truncated = onFakeCamera();
-    truncated.aravis["BufferSize"] = width * height / 2;
-    build(catalog.defaultGraph(truncated));
+    buildOnFakeCamera({{"BufferSize", width * height / 2}});
     run(1);
     const auto failed = lastValue<GrabResult>("camera", "GrabResult");
     EXPECT_FALSE(failed->hasError(false));
@@ -134,33 +118,24 @@ TEST_F(AravisFakeCamera, TruncatedBuffersAreFailedGrabResultsThatTheHintsRepair)
 
 TEST_F(AravisFakeCamera, UnknownPixelFormatIsAnErrorValueNamingTheCode)
 {
-    DefaultGraphOptions options = onFakeCamera();
     // A code beside those that the camera's PixelFormat names: Mono, 8 bits, id 0x99.
-    options.aravis["Features"] = {{"PixelFormatRegister", 0x01080099}};
-    build(catalog.defaultGraph(options));
+    buildOnFakeCamera({{"Features", {{"PixelFormatRegister", 0x01080099}}}});
     run(1);
     const char* const unknown = "the camera sent pixel format 0x01080099, which the package does not know";
     const auto refused = lastValue<GrabResult>("camera", "GrabResult");
     ASSERT_TRUE(refused->hasError(false));
     EXPECT_STREQ(refused->getError(false)->getDescription().c_str(), unknown);
-    EXPECT_EQ(imageError("decompressor"), unknown);
 }
 
 TEST_F(AravisFakeCamera, MissingCamerasAndFramesAreReported)
 {
-    DefaultGraphOptions options = onFakeCamera();
-    options.aravis["Camera"] = "Fake_no_such_camera";
-    EXPECT_THROW(build(catalog.defaultGraph(options)), SourceError);
+    EXPECT_THROW(buildOnFakeCamera({{"Camera", "Fake_no_such_camera"}}), SourceError);
 
     // A pool of one buffer, which the record of the last outputs holds until the
     // next update replaces it: that update cannot have a frame, and gives an
     // error value; then the buffer is free, and a frame comes again. Timeouts
     // that are not in a row do not make the camera lost.
-    options = onFakeCamera();
-    options.aravis["BufferCount"] = 1;
-    options.aravis["TimeoutMs"] = 50;
-    options.aravis["LostAfterTimeouts"] = 2;
-    build(catalog.defaultGraph(options));
+    buildOnFakeCamera({{"BufferCount", 1}, {"TimeoutMs", 50}, {"LostAfterTimeouts", 2}});
     run(4);
     const auto& errors = graph->statistics("camera").errors();
     ASSERT_EQ(errors.size(), 1u);

@@ -1,18 +1,14 @@
 // The converter's settings: typed members and node map drive the same values,
-// both refuse what is out of range, and the next conversion obeys them.
-#include "../histogram/failure_text.h"
+// both refuse what is out of range, and the next conversion obeys them. The
+// register description of the map is kept as a reference text, which the schema
+// test of the GenICam documents checks too.
+#include "../genicam/genapi_test_support.h"
 #include "ConversionTestSupport.h"
+#include "ConverterRegisterDescription.h"
 
-#include <GCBase/GCException.h>
-#include <GenApi/IEnumeration.h>
-#include <GenApi/IInteger.h>
-#include <GenApi/INodeMap.h>
-#include <GenApi/NodeCallback.h>
-#include <GenApi/Pointer.h>
 #include <TarvikUtility/ImageFormatConverter.h>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 using namespace Tarvik;
 using Bytes = std::vector<uint8_t>;
@@ -83,4 +79,11 @@ TEST_F(ConverterSettings, ValuesOutsideTheirRangeOrListAreRefusedAndKeepTheOldVa
     EXPECT_THROW(converter.OutputOrientation.SetIntValue(2), GenICam::OutOfRangeException);
     EXPECT_THAT(failureOf([&] { converter.OutputBitAlignment.SetIntValue(7); }),
                 testing::StartsWith("OutOfRangeException: [OutputBitAlignment] value 7"));
+}
+
+TEST(ConverterRegisterDescription, MatchesTheReferenceText)
+{
+    const std::string reference = GenApiTest::ReadDocument("../tarvikutility/ImageFormatConverter.xml");
+    ASSERT_FALSE(reference.empty()) << "the reference file is missing";
+    EXPECT_EQ(Conversion::BuildConverterRegisterDescription(), reference);
 }

@@ -74,6 +74,12 @@ TEST(CTarvikImage, ConverterSizesTheTargetImageItself)
     // The first row in memory is the picture's bottom row: pixel (0, 3) is 30.
     const Bytes converted = Pixels(target);
     EXPECT_EQ(Bytes(converted.begin(), converted.begin() + 4), (Bytes{30, 30, 30, 255}));
+    // An empty source is refused, and the target stays as it was.
+    EXPECT_THROW(converter.Convert(target, CTarvikImage()), GenICam::InvalidArgumentException);
+    EXPECT_THROW(converter.Convert(target, CTarvikImage(PixelType_Mono8, 0, 3)),
+                 GenICam::InvalidArgumentException);
+    EXPECT_EQ(target.GetPixelType(), PixelType_BGRa8);
+    EXPECT_EQ(Pixels(target), converted);
 
     // Converting an image into itself works on a copy.
     CTarvikImage self(PixelType_Mono8, 2, 1);
