@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
 #include <set>
 #include <string>
 
@@ -40,7 +42,8 @@ TEST(PackageExports, OnlyTheExportTableLeavesTheLibraryAndResolvesAfterDlopen)
         package.function<PackageLoader::DestroyNode>(("destroy_" + node).c_str())(nullptr);
 }
 
-TEST(PackageExports, InfoBlocksAreFreshCopiesGivenBackThroughDestroyInfo)
+// The static info is the manifest, byte for byte as the reference has it.
+TEST(PackageExports, InfoBlocksAreFreshCopiesOfTheManifestGivenBackThroughDestroyInfo)
 {
     PackageLoader package{builtPackagePath()};
     const auto createStatic = package.function<char* (*)()>("create_StaticInfo");
@@ -54,6 +57,9 @@ TEST(PackageExports, InfoBlocksAreFreshCopiesGivenBackThroughDestroyInfo)
     ASSERT_NE(second, nullptr);
     EXPECT_NE(first, second);
     EXPECT_STREQ(first, second);
+    std::ifstream reference(TESSAL_TEST_DATA_DIR "/package/manifest.json", std::ios::binary);
+    ASSERT_TRUE(reference);
+    EXPECT_EQ(first, std::string(std::istreambuf_iterator<char>(reference), {}));
     EXPECT_EQ(dynamic, nullptr);
     EXPECT_EQ(createDynamic(), nullptr);
     for (char** info : {&first, &second, &dynamic})

@@ -96,14 +96,7 @@ TEST(ImageInputs, ImagesThatClaimTooMuchOrAnUnknownFormatFailWithoutALogLine)
     {
         SCOPED_TRACE(imageNode.name);
         TestedNode node(imageNode.name);
-        node.load(
-            [](Core::MemorySettings& settings) // an AOI for the SharpnessExtractor; the others read nothing
-            {
-                settings.setInt("AoiLeft", 1);
-                settings.setInt("AoiTop", 1);
-                settings.setInt("AoiWidth", 5);
-                settings.setInt("AoiHeight", 5);
-            });
+        loadAoi(node, {1, 1, 5, 5});
         LogCapture log;
         expectReasonAfter(imageNode.prefix, failureOf(node.run({{"Image", claim}}), imageNode.failurePins));
         EXPECT_TRUE(log.entries().empty());

@@ -94,6 +94,28 @@ struct TestedNode
     std::shared_ptr<Core::IGraphUpdate> update = std::make_shared<TestUpdate>();
 };
 
+// The SharpnessExtractor's area of interest.
+struct Aoi
+{
+    int64_t left;
+    int64_t top;
+    int64_t width;
+    int64_t height;
+};
+
+// Loads settings that hold nothing but `aoi`, which only the SharpnessExtractor reads.
+inline void loadAoi(TestedNode& node, const Aoi& aoi)
+{
+    node.load(
+        [&](Core::MemorySettings& settings)
+        {
+            settings.setInt("AoiLeft", aoi.left);
+            settings.setInt("AoiTop", aoi.top);
+            settings.setInt("AoiWidth", aoi.width);
+            settings.setInt("AoiHeight", aoi.height);
+        });
+}
+
 // The pins of `outputs`, in their order.
 inline std::vector<std::string> pinNames(const Core::ValueMap& outputs)
 {

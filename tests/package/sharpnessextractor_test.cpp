@@ -21,30 +21,10 @@ namespace
 const std::string prefix = "Could not extract sharpness data. Reason: ";
 constexpr int64_t largest = std::numeric_limits<int64_t>::max();
 
-struct Aoi
-{
-    int64_t left;
-    int64_t top;
-    int64_t width;
-    int64_t height;
-};
-
 class SharpnessExtractorTest : public ::testing::Test
 {
 protected:
     TestedNode sharpness{"SharpnessExtractor"};
-
-    void setAoi(const Aoi& aoi)
-    {
-        sharpness.load(
-            [&](Core::MemorySettings& settings)
-            {
-                settings.setInt("AoiLeft", aoi.left);
-                settings.setInt("AoiTop", aoi.top);
-                settings.setInt("AoiWidth", aoi.width);
-                settings.setInt("AoiHeight", aoi.height);
-            });
-    }
 
     double figure(EPixelType type, uint32_t width, uint32_t height, size_t paddingX,
                   std::vector<uint8_t> bytes)
@@ -64,49 +44,6 @@ void expectSameFigure(double actual, double expected)
         EXPECT_TRUE(std::isnan(actual)) << actual;
     else
         EXPECT_EQ(actual, expected);
-}
-
-TEST_F(SharpnessExtractorTest, PublishesTheAoiAsTessalAndKeepsItInTheSettings)
-{
-    const std::pair<const char*, const char*> expected[] = {{"AoiLeft", "Area of interest left"},
-                                                            {"AoiTop", "Area of interest top"},
-                                                            {"AoiWidth", "Area of interest width"},
-                                                            {"AoiHeight", "Area of interest height"}};
-    GenApi::INodeMap* const map = tessalNodeMap(*sharpness.node);
-    ASSERT_NE(map, nullptr);
-    ASSERT_EQ(rootFeatureNames(*map),
-              (std::vector<std::string>{"AoiLeft", "AoiTop", "AoiWidth", "AoiHeight"}));
-    for (const auto& [name, text] : expected)
-    {
-        GenApi::CIntegerPtr feature = map->GetNode(name);
-        EXPECT_EQ(feature->GetNode()->GetDisplayName(), text);
-        EXPECT_EQ(feature->GetNode()->GetToolTip(), text);
-        EXPECT_EQ(feature->GetNode()->GetVisibility(), GenApi::Guru);
-        EXPECT_EQ(feature->GetRepresentation(), GenApi::PureNumber);
-        EXPECT_EQ(feature->GetMax(), largest);
-        EXPECT_EQ(feature->GetValue(), 0);
-    }
-
-    // A load that changes a value tells the map once; an equal one tells nobody; a missing key changes
-    // nothing.
-    int leftChanges = 0;
-    GenApi::Register(map->GetNode("AoiLeft"), [&leftChanges](GenApi::INode*) { ++leftChanges; });
-    const auto leftAndHeight = [](Core::MemorySettings& settings)
-    {
-        settings.setInt("AoiLeft", 7);
-        settings.setInt("AoiHeight", 9);
-    };
-    sharpness.load(leftAndHeight);
-    sharpness.load(leftAndHeight);
-    sharpness.node->load(nullptr);
-    EXPECT_EQ(leftChanges, 1);
-    GenApi::CIntegerPtr(map->GetNode("AoiWidth"))->SetValue(5);
-    const auto saved = sharpness.saved();
-    sharpness.node->save(nullptr);
-    EXPECT_EQ(saved->getInt("AoiTop"), 0);
-    EXPECT_EQ(saved->getInt("AoiLeft"), 7);
-    EXPECT_EQ(saved->getInt("AoiWidth"), 5);
-    EXPECT_EQ(saved->getInt("AoiHeight"), 9);
 }
 
 // An AOI without width or height is not set yet: no output and no log line.
@@ -134,7 +71,7 @@ TEST_F(SharpnessExtractorTest, RefusedAoisFailWithOneLogLine)
     for (const auto& [aoi, message] : cases)
     {
         SCOPED_TRACE(message);
-        setAoi(aoi);
+        loadAoi(sharpness, aoi);
         LogCapture log;
         const Core::ValueMap outputs = sharpness.run({{"Image", image}});
         if (message.empty())
@@ -150,7 +87,7 @@ TEST_F(SharpnessExtractorTest, RefusedAoisFailWithOneLogLine)
 
 TEST_F(SharpnessExtractorTest, ForeignValuesAndDeeperErrorsEndWithoutALogLine)
 {
-    setAoi({1, 1, 5, 5});
+    loadAoi(sharpness, {1, 1, 5, 5});
     LogCapture log;
     EXPECT_EQ(failureOf(sharpness.run({{"Image", Utils::Variant(Core::Integer(3, nullptr))}}), {"Sharpness"}),
               prefix + "Could not cast variant value to requested type.");
@@ -211,7 +148,7 @@ TEST_F(SharpnessExtractorTest, EveryFormatGivesTheReferenceFigure)
                               c.paddingX);
             measured = SampleGrid{c.width, c.height, 1, std::vector<uint16_t>(mono.begin(), mono.end())};
         }
-        setAoi(c.aoi);
+        loadAoi(sharpness, c.aoi);
         expectSameFigure(figure(c.type, c.width, c.height, c.paddingX, bytes),
                          referenceFigure(referenceSums(
                              measured, static_cast<uint32_t>(c.aoi.left), static_cast<uint32_t>(c.aoi.top),
@@ -236,7 +173,7 @@ TEST_F(SharpnessExtractorTest, UniformRegionsGiveInfinitiesAndNaNWithoutAnError)
     for (const auto& c : cases)
     {
         SCOPED_TRACE(testing::Message() << int{c.value} << " in " << c.size << "x" << c.size);
-        setAoi({1, 1, c.size, c.size});
+        loadAoi(sharpness, {1, 1, c.size, c.size});
         expectSameFigure(figure(Tarvik::PixelType_Mono8, 8, 8, 0, std::vector<uint8_t>(64, c.value)),
                          c.expected);
     }
