@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include <iomanip>
+#include <map>
 #include <sstream>
 
 using namespace NodeTestSupport;
@@ -91,6 +92,8 @@ TEST(NodeParameters, ArePublishedUnderRootAndFollowLoadsSavesAndClientWrites)
     for (const NodeParameters& expected : nodes)
     {
         SCOPED_TRACE(expected.node);
+        // Callbacks stay registered as long as the node: their counts must outlive it.
+        std::map<std::string, int> callbacks;
         TestedNode node(expected.node);
         GenApi::INodeMap* const map = tessalNodeMap(*node.node);
         ASSERT_NE(map, nullptr);
@@ -113,14 +116,14 @@ TEST(NodeParameters, ArePublishedUnderRootAndFollowLoadsSavesAndClientWrites)
 
             // The value it holds, another one twice, no settings and settings without the key:
             // one real change.
-            int callbacks = 0;
-            GenApi::Register(feature->GetNode(), [&](GenApi::INode*) { ++callbacks; });
+            const std::string name = parameter.name;
+            GenApi::Register(feature->GetNode(), [&callbacks, name](GenApi::INode*) { ++callbacks[name]; });
             for (const char* Parameter::*value :
                  {&Parameter::initial, &Parameter::changed, &Parameter::changed})
                 node.node->load(settingsOf({parameter}, value));
             node.node->load(nullptr);
             node.load([](Core::MemorySettings&) {});
-            EXPECT_EQ(callbacks, parameter.notifies ? 1 : 0);
+            EXPECT_EQ(callbacks[name], parameter.notifies ? 1 : 0);
             EXPECT_EQ(valueOf(feature), nlohmann::json::parse(parameter.changed));
         }
         node.node->save(nullptr);
